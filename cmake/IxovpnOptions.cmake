@@ -1,0 +1,71 @@
+# One target carries what every piece of this program is compiled and linked with:
+# the language standard, the warnings, the strict Qt defines and the hardening.
+
+include(CheckCXXCompilerFlag)
+include(CheckIPOSupported)
+include(CheckPIESupported)
+
+add_library(ixovpn_options INTERFACE)
+target_compile_features(ixovpn_options INTERFACE cxx_std_17)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+check_pie_supported(LANGUAGES CXX)
+
+target_compile_options(ixovpn_options INTERFACE
+  -Wall -Wextra -Wpedantic
+  -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wcast-qual
+  -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wnull-dereference
+  -Wformat=2 -Wimplicit-fallthrough -Wextra-semi -Wundef)
+if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+  # The warnings above that only GCC knows.
+  target_compile_options(ixovpn_options INTERFACE -Wno-unknown-warning-option)
+endif()
+if(IXOVPN_WERROR)
+  target_compile_options(ixovpn_options INTERFACE -Werror)
+endif()
+
+target_compile_definitions(ixovpn_options INTERFACE
+  QT_NO_CAST_FROM_ASCII
+  QT_NO_CAST_TO_ASCII
+  QT_NO_CAST_FROM_BYTEARRAY
+  QT_NO_URL_CAST_FROM_STRING
+  QT_NO_KEYWORDS
+  QT_NO_FOREACH
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+  QT_STRICT_ITERATORS
+  QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
+
+target_compile_options(ixovpn_options INTERFACE
+  -fstack-protector-strong -ffunction-sections -fdata-sections)
+if(WIN32)
+  target_link_options(ixovpn_options INTERFACE
+    -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)
+else()
+  target_compile_options(ixovpn_options INTERFACE -fstack-clash-protection -fcf-protection)
+  target_link_options(ixovpn_options INTERFACE
+    -Wl,--gc-sections -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
+endif()
+
+# Fortified functions need an optimiser, and the sanitisers bring their own checks.
+if(NOT IXOVPN_SANITIZE)
+  target_compile_options(ixovpn_options INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+endif()
+
+if(IXOVPN_SANITIZE)
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                 -fno-omit-frame-pointer)
+  target_compile_options(ixovpn_options INTERFACE ${sanitizers})
+  target_link_options(ixovpn_options INTERFACE ${sanitizers})
+endif()
+
+if(IXOVPN_COVERAGE)
+  target_compile_options(ixovpn_options INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(ixovpn_options INTERFACE --coverage)
+endif()
+
+check_ipo_supported(RESULT ixovpn_lto LANGUAGES CXX OUTPUT ixovpn_lto_reason)
+if(ixovpn_lto AND CMAKE_BUILD_TYPE STREQUAL "Release")
+  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
+endif()

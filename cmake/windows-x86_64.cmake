@@ -1,0 +1,17 @@
+# Cross-building for 64-bit Windows with Debian's g++-mingw-w64-x86-64-posix.
+# IXOVPN_WINDOWS_QT names the folder of a Qt 5.15 built with the same compiler.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+
+set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+
+if(DEFINED ENV{IXOVPN_WINDOWS_QT})
+  set(IXOVPN_WINDOWS_QT "$ENV{IXOVPN_WINDOWS_QT}" CACHE PATH "Qt for Windows")
+endif()
+
+set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32 "${IXOVPN_WINDOWS_QT}")
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
