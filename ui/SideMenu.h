@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QWidget>
+
+class QPropertyAnimation;
+
+namespace ui {
+
+class MenuItem;
+
+/// The menu that slides in from the left over the whole of its parent: a dark overlay and a panel
+/// with four rows.
+///
+/// It reports what was chosen and opens nothing itself. A row closes the menu first and then
+/// reports, so that what the owner opens lies over a closing menu. No key closes it.
+class SideMenu : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SideMenu(QWidget *parent = nullptr);
+
+    /// Covers the parent at its present size and slides in; also turns back a menu that is just
+    /// closing. Without a parent it does nothing.
+    void openMenu();
+    /// Slides out from wherever the panel is and hides the menu; does nothing on a closed menu.
+    void closeMenu();
+    /// Sets the rows' texts in the language in force and fits the panel's width to them.
+    void retranslate();
+
+Q_SIGNALS:
+    void settingsRequested();
+    void referralRequested();
+    void supportRequested();
+    void exitRequested();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    QRect panelRect(bool shown) const;
+    void fitPanel();
+    void placePanel();
+
+    QWidget *panel;
+    MenuItem *settingsItem;
+    MenuItem *referralItem;
+    MenuItem *supportItem;
+    MenuItem *exitItem;
+    QPropertyAnimation *anim;
+    qint32 panelWidth;
+    bool open = false;
+};
+
+} // namespace ui

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QColor>
+#include <QRectF>
+#include <QWidget>
+
+class QPainter;
+class QPainterPath;
+class QPropertyAnimation;
+class QSequentialAnimationGroup;
+
+namespace ui {
+
+/// The large animated switch: a pill-shaped track, a round thumb with a power symbol, and a pulse
+/// while a change is under way.
+///
+/// It shows a state and reports clicks. It never changes its state by itself: what a click means
+/// is its owner's to decide. It draws at one fixed size, centred, whatever its own size.
+/// Nothing runs while nothing moves.
+class ToggleSwitch : public QWidget
+{
+    Q_OBJECT
+
+    /// Position of the thumb, 0.0 at the left end of the track, 1.0 at the right; not clamped.
+    Q_PROPERTY(double thumbPos READ thumbPos WRITE setThumbPos)
+    /// Scale of the pulse ring and strength of the glow, 1.0 at rest, 1.22 at the peak.
+    Q_PROPERTY(double pulseScale READ pulseScale WRITE setPulseScale)
+    /// Mix of the track's colour, 0.0 off, 1.0 on; clamped where it is used.
+    Q_PROPERTY(double trackMix READ trackMix WRITE setTrackMix)
+
+public:
+    enum class State { Off, Connecting, On, Disconnecting, Error };
+    Q_ENUM(State)
+
+    explicit ToggleSwitch(QWidget *parent = nullptr);
+
+    /// Glides to the look of `newState` from wherever thumb and colour are now. The state that the
+    /// switch already has changes nothing and restarts nothing.
+    void setState(State newState);
+    State state() const { return state_; }
+
+    double thumbPos() const { return thumbPos_; }
+    void setThumbPos(double position);
+    double pulseScale() const { return pulseScale_; }
+    void setPulseScale(double scale);
+    double trackMix() const { return trackMix_; }
+    void setTrackMix(double mix);
+
+    /// Smaller than the minimum size, and meant to be: layouts give the switch its minimum.
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// A left press, unless a change is under way.
+    void toggled();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void enterEvent(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool changing() const;
+    void glide(QPropertyAnimation *animation, double from, double to);
+    QColor stateColour() const;
+    QRectF trackRect() const;
+    QRectF thumbRect(const QRectF &track) const;
+
+    void paintGlow(QPainter &painter, const QRectF &track) const;
+    void paintTrack(QPainter &painter, const QPainterPath &outline, const QColor &colour) const;
+    void paintTrackBorder(QPainter &painter, const QPainterPath &outline) const;
+    void paintPulseRing(QPainter &painter, const QPointF &centre) const;
+
+    State state_ = State::Off;
+    double thumbPos_ = 0.0;
+    double pulseScale_ = 1.0;
+    double trackMix_ = 0.0;
+    bool hovered = false;
+    QPropertyAnimation *thumbAnim;
+    QPropertyAnimation *mixAnim;
+    QSequentialAnimationGroup *pulseGroup;
+};
+
+} // namespace ui
