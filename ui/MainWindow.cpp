@@ -1,0 +1,432 @@
+#include "ui/MainWindow.h"
+
+#include "ipc/Protocol.h"
+#include "ipc/ServiceClient.h"
+#include "ui/BackgroundGradient.h"
+#include "ui/Catalogue.h"
+#include "ui/NoticeDialog.h"
+#include "ui/PillLabel.h"
+#include "ui/ReferralCode.h"
+#include "ui/ReferralDialog.h"
+#include "ui/SettingsDialog.h"
+#include "ui/SideMenu.h"
+#include "ui/SupportDialog.h"
+#include "ui/ToggleSwitch.h"
+#include "ui/TrayController.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QIcon>
+#include <QLabel>
+#include <QPainter>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+#include <QToolButton>
+#include <QTranslator>
+#include <QVBoxLayout>
+
+#include <memory>
+
+using ui::ToggleSwitch;
+
+namespace {
+
+constexpr QSize windowExtent{360, 560};
+constexpr QMargins screenSurround{28, 18, 28, 22};
+constexpr int menuButtonWidth = 40;
+constexpr int spaceBelowSwitch = 28;
+constexpr int spaceBelowStatus = 8;
+
+constexpr double mapOpacity = 0.1;
+
+QString mainStyle()
+{
+    return QStringLiteral(
+        "QLabel#title { color: #F2F2FA; font-size: 15px; font-weight: 600;"
+        " letter-spacing: 0.5px; }"
+        "QLabel#status { color: #F2F2FA; font-size: 22px; font-weight: 600; }"
+        "QLabel#pill { background: rgba(255, 255, 255, 25); color: #C9CBE6;"
+        " padding: 8px 18px; border-radius: 14px; font-size: 12px; }"
+        "QLabel#hint { color: #8B8DA8; font-size: 11px; }"
+        "QToolButton#menu { background: rgba(255, 255, 255, 25); color: #F2F2FA; border: none;"
+        " border-radius: 12px; padding: 6px 10px; font-size: 16px; font-weight: 700; }"
+        "QToolButton#menu::menu-indicator { image: none; }"
+        "QToolButton#menu:hover { background: rgba(255, 255, 255, 50); }"
+        "QMenu { background: #232548; color: #F2F2FA; border: 1px solid rgba(255,255,255,30);"
+        " border-radius: 8px; padding: 6px 0; }"
+        "QMenu::item { padding: 8px 24px; background: transparent; }"
+        "QMenu::item:selected { background: rgba(255,255,255,30); }");
+}
+
+/// The dark gradient with the faint map of the world, behind everything on the main screen.
+class RootBackground : public QWidget
+{
+public:
+    explicit RootBackground(QWidget *parent)
+        : QWidget(parent)
+        , map(QStringLiteral(":/assets/world-map.png"))
+    {}
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter{this};
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        ui::paintBackgroundGradient(painter, rect());
+        if (!map.isNull()) {
+            const double aspect = static_cast<double>(map.height()) / map.width();
+            const int mapHeight = static_cast<int>(width() * aspect);
+            painter.setOpacity(mapOpacity);
+            painter.drawPixmap(QRect{0, (height() - mapHeight) / 2, width(), mapHeight}, map);
+            painter.setOpacity(1.0);
+        }
+    }
+
+private:
+    QPixmap map;
+};
+
+QLabel *makeLabel(QLabel *label, const char *name)
+{
+    label->setObjectName(QLatin1String{name});
+    return label;
+}
+
+QHBoxLayout *centred(QWidget *widget)
+{
+    auto *const row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(widget);
+    row->addStretch(1);
+    return row;
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+{
+    setWindowTitle(tr("IXOVPN"));
+    setFixedSize(windowExtent);
+    setWindowIcon(QIcon{QStringLiteral(":/assets/tray_icon.ico")});
+
+    buildMainScreen();
+    buildPages();
+    buildServices();
+    client->connectToService();
+}
+
+void MainWindow::buildMainScreen()
+{
+    auto *const background = new RootBackground{this};
+    background->setStyleSheet(mainStyle());
+    setCentralWidget(background);
+
+    menuButton = new QToolButton{background};
+    menuButton->setObjectName(QStringLiteral("menu"));
+    menuButton->setText(QStringLiteral("☰"));
+    menuButton->setFixedWidth(menuButtonWidth);
+    connect(menuButton, &QToolButton::clicked, this, &MainWindow::onMenuRequested);
+
+    titleLabel = makeLabel(new QLabel{tr("IXOVPN"), background}, "title");
+    auto *const counterweight = new QWidget{background};
+    counterweight->setFixedWidth(menuButton->sizeHint().width());
+
+    toggle = new ToggleSwitch{background};
+
+    statusLabel = makeLabel(new QLabel{tr("Disconnected"), background}, "status");
+    statusLabel->setAlignment(Qt::AlignCenter);
+    hintLabel = makeLabel(new QLabel{tr("Tap the switch to connect"), background}, "hint");
+    hintLabel->setAlignment(Qt::AlignCenter);
+    pillLabel = makeLabel(new ui::PillLabel{tr("Waiting for service…"), background}, "pill");
+    pillLabel->setAlignment(Qt::AlignCenter);
+
+    auto *const topRow = new QHBoxLayout;
+    topRow->addWidget(menuButton);
+    topRow->addStretch(1);
+    topRow->addWidget(titleLabel);
+    topRow->addStretch(1);
+    topRow->addWidget(counterweight);
+
+    auto *const root = new QVBoxLayout{background};
+    root->setContentsMargins(screenSurround);
+    root->setSpacing(0);
+    root->addLayout(topRow);
+    root->addStretch(1);
+    root->addLayout(centred(toggle));
+    root->addSpacing(spaceBelowSwitch);
+    root->addWidget(statusLabel);
+    root->addSpacing(spaceBelowStatus);
+    root->addWidget(hintLabel);
+    root->addStretch(2);
+    root->addLayout(centred(pillLabel));
+}
+
+void MainWindow::buildPages()
+{
+    sideMenu = new ui::SideMenu{centralWidget()};
+    connect(sideMenu, &ui::SideMenu::settingsRequested, this, &MainWindow::onSettingsRequested);
+    connect(sideMenu, &ui::SideMenu::referralRequested, this, &MainWindow::onReferralRequested);
+    connect(sideMenu, &ui::SideMenu::supportRequested, this, &MainWindow::onSupportRequested);
+    connect(sideMenu, &ui::SideMenu::exitRequested, this, [this] {
+        quitting = true;
+        QCoreApplication::quit();
+    });
+
+    settingsPage = new ui::SettingsDialog{centralWidget()};
+    connect(settingsPage, &ui::SettingsDialog::languageChanged, this,
+            &MainWindow::onLanguageChanged);
+    connect(settingsPage, &ui::SettingsDialog::closeRequested, settingsPage, &QWidget::hide);
+
+    supportPage = new ui::SupportDialog{centralWidget()};
+    connect(supportPage, &ui::SupportDialog::closeRequested, supportPage, &QWidget::hide);
+}
+
+void MainWindow::buildServices()
+{
+    client = new ipc::ServiceClient{this};
+
+    tray = new ui::TrayController{this};
+    connect(tray, &ui::TrayController::quitRequested, this, [this] { quitting = true; });
+
+    connect(toggle, &ToggleSwitch::toggled, this, &MainWindow::onToggleClicked);
+    connect(client, &ipc::ServiceClient::messageReceived, this, &MainWindow::onServiceMessage);
+    connect(client, &ipc::ServiceClient::connectionChanged, this,
+            &MainWindow::onServiceConnectionChanged);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (tray != nullptr && !quitting && QSystemTrayIcon::isSystemTrayAvailable()) {
+        hide();
+        event->ignore();
+        return;
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        retranslateUi();
+    }
+    QMainWindow::changeEvent(event);
+}
+
+void MainWindow::onToggleClicked()
+{
+    if (!serviceConnected) {
+        pillLabel->setText(tr("Service is not running"));
+        return;
+    }
+    switch (toggle->state()) {
+    case ToggleSwitch::State::Off:
+    case ToggleSwitch::State::Error:
+        toggle->setState(ToggleSwitch::State::Connecting);
+        statusLabel->setText(tr("Connecting…"));
+        showTrayStatus(tr("Connecting…"));
+        client->send(ipc::protocol::connectCommand);
+        break;
+    case ToggleSwitch::State::On:
+        toggle->setState(ToggleSwitch::State::Disconnecting);
+        statusLabel->setText(tr("Disconnecting…"));
+        showTrayStatus(tr("Disconnecting…"));
+        client->send(ipc::protocol::disconnectCommand);
+        break;
+    case ToggleSwitch::State::Connecting:
+    case ToggleSwitch::State::Disconnecting:
+        break;
+    }
+}
+
+void MainWindow::onServiceMessage(QString text)
+{
+    const ipc::protocol::Message message = ipc::protocol::parseMessage(text);
+    switch (message.kind) {
+    case ipc::protocol::MessageKind::Status:
+        applyStatus(message.rest);
+        break;
+    case ipc::protocol::MessageKind::Error:
+        toggle->setState(ToggleSwitch::State::Error);
+        statusLabel->setText(tr("Error"));
+        pillLabel->setText(message.rest);
+        showTrayStatus(tr("Error"));
+        break;
+    case ipc::protocol::MessageKind::ConfigBytes:
+        pillLabel->setText(tr("Config %1 bytes").arg(message.rest));
+        break;
+    case ipc::protocol::MessageKind::Notice:
+        noticeQueue.append(message.rest);
+        showNextNotice();
+        break;
+    case ipc::protocol::MessageKind::Unknown:
+        break;
+    }
+}
+
+void MainWindow::onServiceConnectionChanged(bool connected)
+{
+    serviceConnected = connected;
+    if (connected) {
+        pillLabel->setText(tr("Service connected"));
+        sendLanguage(currentLanguage());
+        const QString code = ui::referralcode::stored();
+        if (isValidReferralCode(code)) {
+            sendReferralCode(code);
+        }
+        client->send(ipc::protocol::statusCommand);
+    } else {
+        pillLabel->setText(tr("Service is not running"));
+        toggle->setState(ToggleSwitch::State::Off);
+        statusLabel->setText(tr("Disconnected"));
+        showTrayStatus(tr("Service is not running"));
+    }
+}
+
+void MainWindow::onMenuRequested()
+{
+    sideMenu->openMenu();
+}
+
+void MainWindow::onSettingsRequested()
+{
+    settingsPage->openPage(currentLanguage());
+}
+
+void MainWindow::onReferralRequested()
+{
+    ui::ReferralDialog dialog{this};
+    connect(&dialog, &ui::ReferralDialog::referralSaved, this, [this](const QString &code) {
+        if (serviceConnected) {
+            sendReferralCode(code);
+        }
+    });
+    dialog.exec();
+}
+
+void MainWindow::onSupportRequested()
+{
+    supportPage->openPage();
+}
+
+void MainWindow::onLanguageChanged(const QString &tag)
+{
+    ui::catalogue::storeTag(tag);
+    sendLanguage(tag);
+
+    if (translator != nullptr) {
+        QCoreApplication::removeTranslator(translator);
+        delete translator;
+        translator = nullptr;
+    }
+    auto fresh = std::make_unique<QTranslator>(this);
+    if (ui::catalogue::load(*fresh, tag) ||
+        ui::catalogue::load(*fresh, ui::catalogue::fallbackTag())) {
+        translator = fresh.release();
+        QCoreApplication::installTranslator(translator);
+    }
+    retranslateUi();
+}
+
+void MainWindow::retranslateUi()
+{
+    setWindowTitle(tr("IXOVPN"));
+    titleLabel->setText(tr("IXOVPN"));
+    hintLabel->setText(tr("Tap the switch to connect"));
+    sideMenu->retranslate();
+    if (!serviceConnected) {
+        statusLabel->setText(tr("Disconnected"));
+        pillLabel->setText(tr("Service is not running"));
+    } else if (lastStatus.isEmpty()) {
+        pillLabel->setText(tr("Service connected"));
+    } else {
+        applyStatus(lastStatus);
+    }
+}
+
+void MainWindow::applyStatus(const QString &word)
+{
+    using ipc::protocol::ServiceState;
+    using State = ToggleSwitch::State;
+
+    lastStatus = word;
+    const ServiceState state = ipc::protocol::parseState(word);
+    switch (state) {
+    case ServiceState::Running:
+        toggle->setState(State::On);
+        statusLabel->setText(tr("Connected"));
+        pillLabel->setText(tr("Tunnel up"));
+        showTrayStatus(tr("Connected"));
+        break;
+    case ServiceState::Fetching:
+    case ServiceState::Starting:
+    case ServiceState::Connecting:
+        toggle->setState(State::Connecting);
+        statusLabel->setText(tr("Connecting…"));
+        if (state == ServiceState::Fetching) {
+            pillLabel->setText(tr("Fetching config…"));
+        }
+        showTrayStatus(tr("Connecting…"));
+        break;
+    case ServiceState::Stopping:
+        toggle->setState(State::Disconnecting);
+        statusLabel->setText(tr("Disconnecting…"));
+        showTrayStatus(tr("Disconnecting…"));
+        break;
+    case ServiceState::Stopped:
+    case ServiceState::Disconnected:
+        toggle->setState(State::Off);
+        statusLabel->setText(tr("Disconnected"));
+        pillLabel->setText(tr("Idle"));
+        showTrayStatus(tr("Disconnected"));
+        break;
+    case ServiceState::SubscriptionExpired:
+        toggle->setState(State::Error);
+        statusLabel->setText(tr("Error"));
+        pillLabel->setText(tr("Subscription expired"));
+        showTrayStatus(tr("Error"));
+        break;
+    case ServiceState::Failed:
+        toggle->setState(State::Error);
+        statusLabel->setText(tr("Failed"));
+        pillLabel->setText(word);
+        showTrayStatus(tr("Failed"));
+        break;
+    case ServiceState::Unknown:
+        break;
+    }
+}
+
+void MainWindow::showTrayStatus(const QString &text)
+{
+    if (tray != nullptr && !text.isEmpty()) {
+        tray->setStatusText(text);
+    }
+}
+
+void MainWindow::showNextNotice()
+{
+    if (noticeShowing || quitting || noticeQueue.isEmpty()) {
+        return;
+    }
+    noticeShowing = true;
+    ui::NoticeDialog dialog{noticeQueue.takeFirst(), this};
+    dialog.exec();
+    noticeShowing = false;
+    showNextNotice();
+}
+
+void MainWindow::sendLanguage(const QString &tag)
+{
+    client->send(ipc::protocol::setLanguageCommand, {{ipc::protocol::languageKey, tag}});
+}
+
+void MainWindow::sendReferralCode(const QString &code)
+{
+    client->send(ipc::protocol::setReferralCommand, {{ipc::protocol::referralCodeKey, code}});
+}
+
+QString MainWindow::currentLanguage() const
+{
+    return ui::catalogue::currentTag();
+}

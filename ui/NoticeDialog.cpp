@@ -1,0 +1,80 @@
+#include "ui/NoticeDialog.h"
+
+#include "ui/NoticeText.h"
+
+#include <QDialogButtonBox>
+#include <QScreen>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace ui {
+
+namespace {
+
+constexpr int narrowest = 360;
+constexpr QMargins surround{24, 22, 24, 18};
+constexpr int gap = 16;
+
+// The share of the screen that a notice may take; window frames and panels have the rest.
+constexpr double screenShare = 0.8;
+
+QString dialogStyle()
+{
+    return QStringLiteral(
+        "QDialog { background: #1B1D3D; }"
+        "QLabel { color: #F2F2FA; font-size: 13px; }"
+        "QPushButton { background: #E25822; color: #F2F2FA; border: none; border-radius: 8px;"
+        " padding: 7px 22px; min-width: 80px; }"
+        "QPushButton:hover { background: #FF6A30; }");
+}
+
+// Takes the label in and shows a part of it.
+QScrollArea *scrolling(QLabel *label)
+{
+    auto *const area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(label);
+    area->viewport()->setAutoFillBackground(false);
+    label->setAutoFillBackground(false);
+    return area;
+}
+
+} // namespace
+
+NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowTitle(tr("Notice"));
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    setStyleSheet(dialogStyle());
+    setModal(true);
+    setMinimumWidth(narrowest);
+    // With the main window hidden in the tray this is the last window there is, and its end must
+    // not be the program's.
+    setAttribute(Qt::WA_QuitOnClose, false);
+
+    auto *const column = new QVBoxLayout{this};
+    column->setContentsMargins(surround);
+    column->setSpacing(gap);
+
+    auto *const label = new NoticeText{text, this};
+    auto *const buttons = new QDialogButtonBox{QDialogButtonBox::Ok, this};
+    column->addWidget(label);
+    column->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, this, &NoticeDialog::accept);
+
+    const QSize room = screen()->availableSize() * screenShare;
+    label->ensurePolished();
+    const int width = std::clamp(column->sizeHint().width(), narrowest, room.width());
+    const int height = column->totalHeightForWidth(width);
+    if (column->minimumSize().width() > room.width() || height > room.height()) {
+        column->removeWidget(label);
+        column->insertWidget(0, scrolling(label));
+        resize(width, std::min(height, room.height()));
+    }
+}
+
+} // namespace ui

@@ -1,0 +1,95 @@
+#include "ui/Page.h"
+
+#include "ui/BackgroundGradient.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace ui {
+
+namespace {
+
+constexpr QMargins headerSurround{16, 14, 16, 10};
+constexpr int headerGap = 10;
+constexpr int titlePixelSize = 15;
+constexpr int separatorHeight = 1;
+constexpr QMargins bodySurround{22, 20, 22, 20};
+constexpr int bodyGap = 16;
+
+QString sharedStyle()
+{
+    return QStringLiteral(
+        "QLabel { color: #F2F2FA; font-size: 13px; }"
+        "QLabel#section { color: #8B8DA8; font-size: 11px; letter-spacing: 0.5px; }"
+        "QToolButton#back { background: rgba(255,255,255,20); color: #F2F2FA; border: none;"
+        " border-radius: 10px; padding: 5px 12px; font-size: 14px; }"
+        "QToolButton#back:hover { background: rgba(255,255,255,45); }");
+}
+
+} // namespace
+
+Page::Page(const QString &styleSheet, QWidget *parent)
+    : QWidget(parent)
+{
+    setAttribute(Qt::WA_StyledBackground, false);
+    setStyleSheet(sharedStyle() + styleSheet);
+    hide();
+
+    backButton = new QToolButton{this};
+    backButton->setObjectName(QStringLiteral("back"));
+    backButton->setText(QStringLiteral("←"));
+
+    titleLabel = new QLabel{this};
+    QFont titleFont = titleLabel->font();
+    titleFont.setPixelSize(titlePixelSize);
+    titleFont.setWeight(QFont::DemiBold);
+    titleLabel->setFont(titleFont);
+
+    auto *const header = new QHBoxLayout;
+    header->setContentsMargins(headerSurround);
+    header->setSpacing(headerGap);
+    header->addWidget(backButton);
+    header->addWidget(titleLabel);
+    header->addStretch(1);
+
+    auto *const separator = new QWidget{this};
+    separator->setFixedHeight(separatorHeight);
+    separator->setStyleSheet(QStringLiteral("background: rgba(255,255,255,18);"));
+
+    body = new QVBoxLayout;
+    body->setContentsMargins(bodySurround);
+    body->setSpacing(bodyGap);
+
+    auto *const root = new QVBoxLayout{this};
+    root->setContentsMargins(0, 0, 0, 0);
+    root->setSpacing(0);
+    root->addLayout(header);
+    root->addWidget(separator);
+    root->addLayout(body);
+}
+
+void Page::cover()
+{
+    if (parentWidget() != nullptr) {
+        setGeometry(parentWidget()->rect());
+        raise();
+    }
+    show();
+}
+
+QLabel *Page::makeSectionCaption(const QString &text)
+{
+    auto *const caption = new QLabel{text, this};
+    caption->setObjectName(QStringLiteral("section"));
+    return caption;
+}
+
+void Page::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter{this};
+    paintBackgroundGradient(painter, rect());
+}
+
+} // namespace ui

@@ -1,0 +1,136 @@
+#include "ui/ReferralDialog.h"
+
+#include "ui/ReferralCode.h"
+
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyle>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <chrono>
+
+namespace ui {
+
+namespace {
+
+constexpr int narrowest = 280;
+constexpr QMargins surround{22, 20, 22, 16};
+constexpr int gap = 12;
+constexpr int longestEntry = 12;
+constexpr std::chrono::milliseconds closeDelay{1200};
+
+QString dialogStyle()
+{
+    return QStringLiteral(
+        "QDialog { background: #1B1D3D; }"
+        "QLabel { color: #F2F2FA; font-size: 13px; }"
+        "QLabel#status { font-size: 12px; min-height: 16px; }"
+        "QLabel#status[state=\"ok\"] { color: #4CAF50; }"
+        "QLabel#status[state=\"error\"] { color: #E25822; }"
+        "QLineEdit { background: rgba(255,255,255,15); color: #F2F2FA;"
+        " border: 1px solid rgba(255,255,255,30); border-radius: 8px; padding: 8px 12px;"
+        " font-size: 13px; letter-spacing: 1px; }"
+        "QLineEdit:focus { border-color: rgba(255,255,255,60); }"
+        "QPushButton { background: rgba(255,255,255,25); color: #F2F2FA; border: none;"
+        " border-radius: 8px; padding: 6px 16px; min-width: 70px; }"
+        "QPushButton:hover { background: rgba(255,255,255,50); }");
+}
+
+} // namespace
+
+ReferralDialog::ReferralDialog(QWidget *parent)
+    : QDialog(parent)
+{
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    setStyleSheet(dialogStyle());
+    setModal(true);
+    setMinimumWidth(narrowest);
+    // As for notices: its end is not the program's, even with the main window in the tray.
+    setAttribute(Qt::WA_QuitOnClose, false);
+
+    promptLabel = new QLabel{this};
+    promptLabel->setWordWrap(true);
+
+    codeEdit = new QLineEdit{this};
+    codeEdit->setPlaceholderText(tr("e.g. ABC123"));
+    codeEdit->setMaxLength(longestEntry);
+    const QString stored = referralcode::stored();
+    if (!stored.isEmpty()) {
+        codeEdit->setText(stored);
+    }
+
+    statusLabel = new QLabel{this};
+    statusLabel->setObjectName(QStringLiteral("status"));
+    statusLabel->setWordWrap(true);
+    statusLabel->hide();
+
+    auto *const buttons = new QDialogButtonBox{this};
+    saveButton = buttons->addButton(tr("Save"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(QDialogButtonBox::Cancel);
+
+    auto *const column = new QVBoxLayout{this};
+    column->setContentsMargins(surround);
+    column->setSpacing(gap);
+    column->addWidget(promptLabel);
+    column->addWidget(codeEdit);
+    column->addWidget(statusLabel);
+    column->addWidget(buttons);
+
+    connect(buttons, &QDialogButtonBox::accepted, this, &ReferralDialog::onSave);
+    connect(buttons, &QDialogButtonBox::rejected, this, &ReferralDialog::reject);
+    connect(codeEdit, &QLineEdit::returnPressed, this, &ReferralDialog::onSave);
+
+    retranslateUi();
+}
+
+void ReferralDialog::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        retranslateUi();
+    }
+    QWidget::changeEvent(event);
+}
+
+void ReferralDialog::onSave()
+{
+    const QString code = codeEdit->text().trimmed();
+    codeEdit->setText(code);
+    if (!isValidReferralCode(code)) {
+        showStatus(tr("Invalid code — must be exactly 6 letters or digits"),
+                   QStringLiteral("error"));
+        return;
+    }
+    referralcode::store(code);
+    Q_EMIT referralSaved(code);
+    showStatus(tr("Saved ✓"), QStringLiteral("ok"));
+    saveButton->setEnabled(false);
+    QTimer::singleShot(closeDelay, this, &ReferralDialog::accept);
+}
+
+void ReferralDialog::showStatus(const QString &text, const QString &state)
+{
+    statusLabel->setText(text);
+    statusLabel->setProperty("state", state);
+    statusLabel->style()->unpolish(statusLabel);
+    statusLabel->style()->polish(statusLabel);
+    statusLabel->show();
+    // A layout does not make its window higher for a wrapped text that appears later.
+    const int needed = layout()->totalHeightForWidth(width());
+    if (height() < needed) {
+        resize(width(), needed);
+    }
+}
+
+void ReferralDialog::retranslateUi()
+{
+    setWindowTitle(tr("Referral Code"));
+    promptLabel->setText(tr("Enter your referral code:"));
+    codeEdit->setPlaceholderText(tr("e.g. ABC123"));
+    saveButton->setText(tr("Save"));
+}
+
+} // namespace ui

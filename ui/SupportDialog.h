@@ -1,0 +1,51 @@
+#pragma once
+
+#include "ui/Page.h"
+
+class QPushButton;
+
+namespace ui {
+
+/// The page with the way to reach support and the facts that support asks for: version, client ID
+/// and referral code, each on a button that copies it.
+///
+/// Like the settings page it is an overlay of the main window. The client ID belongs to the
+/// service and is only read, once, at construction; the referral code is read at every opening.
+class SupportDialog : public Page
+{
+    Q_OBJECT
+
+public:
+    explicit SupportDialog(QWidget *parent);
+
+    void openPage();
+
+Q_SIGNALS:
+    void closeRequested();
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    struct CopyRow
+    {
+        QWidget *row = nullptr;
+        QLabel *caption = nullptr;
+        QPushButton *button = nullptr;
+    };
+
+    CopyRow makeCopyRow(const QString &value);
+    void onCopy(QPushButton *button);
+    void refreshReferral();
+    void retranslateUi();
+
+    QLabel *contactCaption = nullptr;
+    QLabel *contactText = nullptr;
+    QLabel *infoCaption = nullptr;
+    /// Version and ID have no row where there is no value.
+    CopyRow version;
+    CopyRow clientId;
+    CopyRow referral;
+};
+
+} // namespace ui
