@@ -1,0 +1,66 @@
+#include "app/SelfTest.h"
+
+#include "app/StartupTranslator.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLocale>
+#include <QTextStream>
+
+#include <cstring>
+
+namespace app::selftest {
+
+namespace {
+
+constexpr char localeOption[] = "--test-i18n";
+constexpr char outputOption[] = "--out";
+constexpr char defaultOutput[] = "i18n-test.out";
+
+constexpr int cannotWrite = 2;
+
+// The argument after the first one that equals `option`; null if there is none.
+QString valueOf(const char *option, const QStringList &arguments)
+{
+    const int index = arguments.indexOf(QLatin1String{option});
+    return index < 0 ? QString{} : arguments.value(index + 1);
+}
+
+} // namespace
+
+bool isAskedFor(int argc, const char *const *argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], localeOption) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool hasLocale(const QStringList &arguments)
+{
+    return !valueOf(localeOption, arguments).isNull();
+}
+
+int run(QApplication &application, const QStringList &arguments)
+{
+    QLocale::setDefault(QLocale{valueOf(localeOption, arguments)});
+    installStartupTranslator(application);
+
+    const QString named = valueOf(outputOption, arguments);
+    QFile file{named.isNull() ? QString{QLatin1String{defaultOutput}} : named};
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+        return cannotWrite;
+    }
+    const auto translated = [](const char *text) {
+        return QCoreApplication::translate("MainWindow", text);
+    };
+    QTextStream stream{&file};
+    stream << "locale=" << QLocale{}.name() << '\n'
+           << "Connected=" << translated("Connected") << '\n'
+           << "Disconnected=" << translated("Disconnected") << '\n';
+    return 0;
+}
+
+} // namespace app::selftest

@@ -1,0 +1,235 @@
+#include "app/SingleInstance.h"
+
+#include "app/WindowActivation_linux.h"
+
+#include <QSocketNotifier>
+#include <QWidget>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace app {
+
+namespace {
+
+// So many names in the shared folder may be taken by somebody else before we go without a place.
+constexpr int sharedFolderTries = 64;
+
+// Longer than any start-up id or activation token that a launcher makes.
+constexpr std::size_t longestRequest = 1024;
+
+class Descriptor
+{
+public:
+    explicit Descriptor(int fd_ = -1)
+        : fd(fd_)
+    {}
+    ~Descriptor()
+    {
+        if (fd >= 0) {
+            close(fd);
+        }
+    }
+    Descriptor(Descriptor &&other) noexcept
+        : fd(std::exchange(other.fd, -1))
+    {}
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        std::swap(fd, other.fd);
+        return *this;
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    bool isOpen() const { return fd >= 0; }
+    int get() const { return fd; }
+
+private:
+    int fd;
+};
+
+// A folder that nobody else made, can list or can write in; not open if there is no such folder
+// under this name and none can be made.
+Descriptor openPrivateFolder(const std::string &path)
+{
+    constexpr mode_t ownerOnly = S_IRWXU;
+    if (mkdir(path.c_str(), ownerOnly) != 0 && errno != EEXIST) {
+        return Descriptor{};
+    }
+    Descriptor folder{open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)};
+    struct stat found = {};
+    if (!folder.isOpen() || fstat(folder.get(), &found) != 0 || found.st_uid != geteuid() ||
+        fchmod(folder.get(), ownerOnly) != 0) {
+        return Descriptor{};
+    }
+    return folder;
+}
+
+struct Place
+{
+    std::string path;
+    Descriptor folder;
+};
+
+// The same folder for every start of this user, whatever the environment says: the one that the
+// log-in manager made, or without it one in the shared folder, where other users may have taken
+// names but cannot have made folders of ours.
+std::optional<Place> findPlace()
+{
+    const std::string user = std::to_string(geteuid());
+    std::string path = "/run/user/" + user + "/ixovpn";
+    Descriptor folder = openPrivateFolder(path);
+    for (int i = 0; !folder.isOpen() && i < sharedFolderTries; ++i) {
+        path = "/tmp/ixovpn-" + user + (i == 0 ? "" : "-" + std::to_string(i));
+        folder = openPrivateFolder(path);
+    }
+    if (!folder.isOpen()) {
+        return std::nullopt;
+    }
+    return Place{path, std::move(folder)};
+}
+
+bool isRemoved(const Descriptor &folder)
+{
+    struct stat found = {};
+    return fstat(folder.get(), &found) == 0 && found.st_nlink == 0;
+}
+
+sockaddr_un channelAddress(const std::string &folder)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const std::string path = folder + "/show";
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    return address;
+}
+
+// The socket calls take every kind of address by the same pointer type.
+const sockaddr *generic(const sockaddr_un &address)
+{
+    return reinterpret_cast<const sockaddr *>(&address);
+}
+
+Descriptor openSocket()
+{
+    return Descriptor{socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
+}
+
+// One datagram is one request: three lines, of which the last two may be empty.
+QByteArray encode(const LaunchContext &launch)
+{
+    return "show\n" + launch.startupId + '\n' + launch.activationToken + '\n';
+}
+
+std::optional<LaunchContext> decode(const QByteArray &request)
+{
+    const QList<QByteArray> lines = request.split('\n');
+    if (lines.size() != 4 || lines.at(0) != "show" || !lines.at(3).isEmpty()) {
+        return std::nullopt;
+    }
+    return LaunchContext{lines.at(1), lines.at(2)};
+}
+
+void askForWindow(const std::string &folder)
+{
+    const Descriptor channel = openSocket();
+    const sockaddr_un address = channelAddress(folder);
+    const QByteArray request = encode(launchContextFromEnvironment());
+    sendto(channel.get(), request.constData(), static_cast<std::size_t>(request.size()),
+           MSG_NOSIGNAL, generic(address), sizeof address);
+}
+
+} // namespace
+
+/// The place is a lock on the folder itself: there is no file that could go stale, and programs
+/// that clean up the shared folder leave locked folders alone.
+class SingleInstance::Private
+{
+public:
+    std::optional<Place> place;
+};
+
+SingleInstance::SingleInstance()
+    : d(std::make_unique<Private>())
+{}
+
+SingleInstance::~SingleInstance() = default;
+
+bool SingleInstance::claim()
+{
+    while (std::optional<Place> found = findPlace()) {
+        const bool locked = flock(found->folder.get(), LOCK_EX | LOCK_NB) == 0;
+        if (!locked && errno == EWOULDBLOCK) {
+            askForWindow(found->path);
+            return false;
+        }
+        if (isRemoved(found->folder)) {
+            continue;
+        }
+        d->place = std::move(found);
+        break;
+    }
+    // Without a place to hold, a client that runs is better than one that does not.
+    return true;
+}
+
+class SingleInstance::ShowRequests::Private
+{
+public:
+    Private(const std::string &folder, QWidget *window_)
+        : window(window_)
+        , channel(openSocket())
+    {
+        // What a former client left there; the lock says that it is gone.
+        const sockaddr_un address = channelAddress(folder);
+        unlink(address.sun_path);
+        if (bind(channel.get(), generic(address), sizeof address) != 0) {
+            return;
+        }
+        notifier = std::make_unique<QSocketNotifier>(channel.get(), QSocketNotifier::Read);
+        QObject::connect(notifier.get(), &QSocketNotifier::activated, window,
+                         [this] { onReadable(); });
+    }
+
+private:
+    // Reads all that is there before it acts, so that many starts at once show the window once.
+    void onReadable()
+    {
+        std::optional<LaunchContext> wanted;
+        std::array<char, longestRequest> buffer = {};
+        ssize_t length = 0;
+        while ((length = recv(channel.get(), buffer.data(), buffer.size(), MSG_TRUNC)) >= 0) {
+            if (static_cast<std::size_t>(length) <= buffer.size()) {
+                const auto launch = decode(QByteArray{buffer.data(), static_cast<int>(length)});
+                if (launch) {
+                    wanted = launch;
+                }
+            }
+        }
+        if (wanted) {
+            showAtUserRequest(window, *wanted);
+        }
+    }
+
+    QWidget *window;
+    Descriptor channel;
+    std::unique_ptr<QSocketNotifier> notifier;
+};
+
+SingleInstance::ShowRequests::ShowRequests(SingleInstance &instance, QWidget *window)
+    : d(instance.d->place ? std::make_unique<Private>(instance.d->place->path, window) : nullptr)
+{}
+
+SingleInstance::ShowRequests::~ShowRequests() = default;
+
+} // namespace app

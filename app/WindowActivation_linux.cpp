@@ -1,0 +1,167 @@
+#include "app/WindowActivation_linux.h"
+
+#include <QApplication>
+#include <QWidget>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+
+#include <xcb/xcb.h>
+
+namespace app {
+
+namespace {
+
+// Values of the window manager's and the launchers' common conventions (freedesktop.org: Extended
+// Window Manager Hints, Startup Notification).
+constexpr uint32_t directUserAction = 2;
+constexpr std::size_t announcementPart = 20;
+constexpr char timeMark[] = "_TIME";
+
+constexpr char startupIdVariable[] = "DESKTOP_STARTUP_ID";
+constexpr char activationTokenVariable[] = "XDG_ACTIVATION_TOKEN";
+
+QByteArray oneLineFromEnvironment(const char *variable)
+{
+    const QByteArray value = qgetenv(variable);
+    return value.contains('\n') ? QByteArray{} : value;
+}
+
+uint32_t userTime(const QByteArray &startupId)
+{
+    const int mark = startupId.lastIndexOf(timeMark);
+    return mark < 0 ? XCB_CURRENT_TIME
+                    : static_cast<uint32_t>(startupId.mid(mark + 5).toULongLong());
+}
+
+/// A connection of our own to the display: the toolkit has no public way to send these messages.
+class Display
+{
+public:
+    Display()
+        : connection(xcb_connect(nullptr, &screenNumber))
+    {}
+    ~Display() { xcb_disconnect(connection); }
+    Display(const Display &) = delete;
+    Display &operator=(const Display &) = delete;
+
+    bool isOpen() const { return xcb_connection_has_error(connection) == 0; }
+
+    void activate(xcb_window_t window, uint32_t time)
+    {
+        xcb_client_message_event_t message = clientMessage(window, 32, "_NET_ACTIVE_WINDOW");
+        message.data.data32[0] = directUserAction;
+        message.data.data32[1] = time;
+        sendToRoot(message,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    }
+
+    void announceStartupComplete(const QByteArray &startupId)
+    {
+        const xcb_window_t sender = xcb_generate_id(connection);
+        xcb_create_window(connection, XCB_COPY_FROM_PARENT, sender, root(), -1, -1, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        QByteArray escaped = startupId;
+        escaped.replace('\\', "\\\\").replace('"', "\\\"");
+        QByteArray text = "remove: ID=\"" + escaped + '"';
+        text.append('\0');
+
+        const char *type = "_NET_STARTUP_INFO_BEGIN";
+        for (int at = 0; at < text.size(); at += static_cast<int>(announcementPart)) {
+            xcb_client_message_event_t message = clientMessage(sender, 8, type);
+            const QByteArray part = text.mid(at, static_cast<int>(announcementPart));
+            std::copy(part.begin(), part.end(), message.data.data8);
+            sendToRoot(message, XCB_EVENT_MASK_PROPERTY_CHANGE);
+            type = "_NET_STARTUP_INFO";
+        }
+        xcb_destroy_window(connection, sender);
+    }
+
+    void flush() { xcb_flush(connection); }
+
+private:
+    xcb_window_t root() const
+    {
+        xcb_screen_iterator_t it = xcb_setup_roots_iterator(xcb_get_setup(connection));
+        for (int i = 0; i < screenNumber && it.rem > 1; ++i) {
+            xcb_screen_next(&it);
+        }
+        return it.data->root;
+    }
+
+    xcb_atom_t atom(const QByteArray &name) const
+    {
+        const xcb_intern_atom_cookie_t asked =
+            xcb_intern_atom(connection, 0, static_cast<uint16_t>(name.size()), name.constData());
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> answer{
+            xcb_intern_atom_reply(connection, asked, nullptr), &std::free};
+        return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    }
+
+    xcb_client_message_event_t clientMessage(xcb_window_t window, uint8_t format,
+                                             const char *type) const
+    {
+        xcb_client_message_event_t message = {};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = format;
+        message.window = window;
+        message.type = atom(type);
+        return message;
+    }
+
+    void sendToRoot(const xcb_client_message_event_t &message, uint32_t mask)
+    {
+        xcb_send_event(connection, 0, root(), mask, reinterpret_cast<const char *>(&message));
+    }
+
+    int screenNumber = 0;
+    xcb_connection_t *connection;
+};
+
+void tellX11(const QWidget *window, const QByteArray &startupId)
+{
+    // The window manager must have seen the window before it is told to activate it.
+    QGuiApplication::sync();
+    Display display;
+    if (!display.isOpen()) {
+        return;
+    }
+    display.activate(static_cast<xcb_window_t>(window->winId()), userTime(startupId));
+    if (!startupId.isEmpty()) {
+        display.announceStartupComplete(startupId);
+    }
+    display.flush();
+}
+
+} // namespace
+
+LaunchContext launchContextFromEnvironment()
+{
+    return {oneLineFromEnvironment(startupIdVariable),
+            oneLineFromEnvironment(activationTokenVariable)};
+}
+
+void showAtUserRequest(QWidget *window, const LaunchContext &launch)
+{
+    if (!launch.activationToken.isEmpty()) {
+        qputenv(activationTokenVariable, launch.activationToken);
+    }
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+
+    QWidget *front = window;
+    if (QWidget *const dialog = QApplication::activeModalWidget(); dialog != nullptr) {
+        dialog->raise();
+        dialog->activateWindow();
+        front = dialog;
+    }
+    if (QGuiApplication::platformName() == QLatin1String{"xcb"}) {
+        tellX11(front, launch.startupId);
+    }
+}
+
+} // namespace app

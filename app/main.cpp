@@ -1,0 +1,29 @@
+#include "app/Identity.h"
+#include "app/SelfTest.h"
+#include "app/SingleInstance.h"
+#include "app/StartupTranslator.h"
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+
+int main(int argc, char *argv[])
+{
+    const bool selfTest = app::selftest::isAskedFor(argc, argv);
+    app::SingleInstance instance;
+    if (!selfTest && !instance.claim()) {
+        return 0;
+    }
+
+    QApplication application{argc, argv};
+    app::setIdentity();
+    const QStringList arguments = QCoreApplication::arguments();
+    if (selfTest && app::selftest::hasLocale(arguments)) {
+        return app::selftest::run(application, arguments);
+    }
+
+    app::installStartupTranslator(application);
+    MainWindow window;
+    const app::SingleInstance::ShowRequests showRequests{instance, &window};
+    window.show();
+    return QApplication::exec();
+}
