@@ -1,0 +1,122 @@
+#include "tests/support/ScriptedService.h"
+
+#include "ipc/Protocol.h"
+
+#include <QDeadlineTimer>
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <algorithm>
+
+#include <sys/socket.h>
+
+namespace support {
+
+namespace {
+
+// Without lingering, closing a socket sends a reset.
+void resetOnClose(const QTcpSocket &socket)
+{
+    const linger none = {1, 0};
+    setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER, &none,
+               sizeof none);
+}
+
+} // namespace
+
+ScriptedService::ScriptedService()
+    : server(std::make_unique<QTcpServer>())
+{
+    connect(server.get(), &QTcpServer::newConnection, this, &ScriptedService::onNewConnection);
+}
+
+ScriptedService::~ScriptedService()
+{
+    stop();
+}
+
+void ScriptedService::listen()
+{
+    if (!server->listen(QHostAddress::LocalHost, ipc::protocol::servicePort)) {
+        qFatal("The service's port is taken: %s", qPrintable(server->errorString()));
+    }
+}
+
+void ScriptedService::stop()
+{
+    server->close();
+    const std::vector<QTcpSocket *> old = std::exchange(sockets, {});
+    for (QTcpSocket *socket : old) {
+        socket->disconnect(this);
+        delete socket;
+    }
+}
+
+int ScriptedService::connected() const
+{
+    return static_cast<int>(sockets.size());
+}
+
+QList<QByteArray> ScriptedService::lines() const
+{
+    QList<QByteArray> whole = bytes.split('\n');
+    whole.removeLast();
+    return whole;
+}
+
+void ScriptedService::write(const QByteArray &raw)
+{
+    newest()->write(raw);
+    newest()->flush();
+}
+
+void ScriptedService::sendLine(const QByteArray &line)
+{
+    write(line + '\n');
+}
+
+void ScriptedService::close()
+{
+    newest()->disconnectFromHost();
+}
+
+void ScriptedService::reset()
+{
+    resetOnClose(*newest());
+    newest()->abort();
+}
+
+void ScriptedService::onNewConnection()
+{
+    while (QTcpSocket *const socket = server->nextPendingConnection()) {
+        ++acceptedCount;
+        times.append(QDeadlineTimer::current().deadline());
+        socket->setParent(this);
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        sockets.push_back(socket);
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+            bytes += socket->readAll();
+            Q_EMIT dataReceived();
+        });
+        connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
+            sockets.erase(std::remove(sockets.begin(), sockets.end(), socket), sockets.end());
+            socket->deleteLater();
+        });
+        Q_EMIT clientConnected();
+        if (resetting) {
+            resetOnClose(*socket);
+            socket->abort();
+        }
+    }
+}
+
+QTcpSocket *ScriptedService::newest() const
+{
+    if (sockets.empty()) {
+        qFatal("No client is connected to the scripted service");
+    }
+    return sockets.back();
+}
+
+} // namespace support

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+class QTcpServer;
+class QTcpSocket;
+
+namespace support {
+
+/// A service under the test's control, on the port that the client expects: it does nothing by
+/// itself but remember who came and what they said.
+class ScriptedService : public QObject
+{
+    Q_OBJECT
+
+public:
+    ScriptedService();
+    ~ScriptedService() override;
+
+    /// Takes the port; fails the test run if somebody else has it.
+    void listen();
+    /// Gives the port back and closes every connection, as a service does that ends.
+    void stop();
+
+    /// How many connections have been accepted since construction.
+    int accepted() const { return acceptedCount; }
+    /// How many of them are up now.
+    int connected() const;
+    /// When each connection was accepted, in milliseconds of a monotonic clock.
+    const QList<qint64> &acceptTimes() const { return times; }
+
+    /// All bytes and all whole lines, without line feeds, received since construction or clear().
+    const QByteArray &received() const { return bytes; }
+    QList<QByteArray> lines() const;
+    void clear() { bytes.clear(); }
+
+    /// To the newest connection, at once and as they stand.
+    void write(const QByteArray &raw);
+    /// Adds the line feed.
+    void sendLine(const QByteArray &line);
+    /// Ends the newest connection in the orderly way.
+    void close();
+    /// Ends the newest connection with a reset.
+    void reset();
+    /// From now on every connection is reset as soon as it is accepted.
+    void resetEveryone(bool on) { resetting = on; }
+
+Q_SIGNALS:
+    void clientConnected();
+    void dataReceived();
+
+private:
+    void onNewConnection();
+    QTcpSocket *newest() const;
+
+    std::unique_ptr<QTcpServer> server;
+    std::vector<QTcpSocket *> sockets;
+    QList<qint64> times;
+    QByteArray bytes;
+    int acceptedCount = 0;
+    bool resetting = false;
+};
+
+} // namespace support
