@@ -1,0 +1,384 @@
+#include "app/SingleInstance.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+#include <QWidget>
+
+#include <algorithm>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using app::SingleInstance;
+
+namespace {
+
+QString loginFolder()
+{
+    return QStringLiteral("/run/user/%1").arg(geteuid());
+}
+
+QString sharedFolder(const QString &suffix = {})
+{
+    return QStringLiteral("/tmp/ixovpn-%1%2").arg(QString::number(geteuid()), suffix);
+}
+
+bool isOwnFolder(const QString &path)
+{
+    struct stat found = {};
+    return lstat(path.toLocal8Bit().constData(), &found) == 0 && S_ISDIR(found.st_mode) &&
+           found.st_uid == geteuid() && (found.st_mode & 0777) == 0700;
+}
+
+// As a later start sends it; false if nobody listens.
+bool send(const QByteArray &datagram,
+          const QString &folder = loginFolder() + QStringLiteral("/ixovpn"))
+{
+    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray path = folder.toLocal8Bit() + "/show";
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const ssize_t sent = sendto(fd, datagram.constData(), static_cast<size_t>(datagram.size()), 0,
+                                reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    close(fd);
+    return sent == datagram.size();
+}
+
+const QByteArray request = "show\n\n\n";
+
+} // namespace
+
+class tst_SingleInstance : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void firstStartTakesThePlace();
+    void laterStartFindsItTaken();
+    void placeIsFreeAfterTheFirstIsGone();
+    void placeIsPrivate();
+    void laterStartShowsTheWindow();
+    void laterStartBringsBackAMinimisedWindow();
+    void laterStartBeforeThereIsAWindow();
+    void requestWithStartupId();
+    void otherBytesDoNothing_data();
+    void otherBytesDoNothing();
+    void halvesDoNothing();
+    void requestsAfterOtherBytesStillWork();
+    void nothingArrivesAfterTheRequestsAreGone();
+    void staleChannelIsReplaced();
+    void takenNamesAreStepped_data();
+    void takenNamesAreStepped();
+    void laxPermissionsAreMended();
+    void withoutAnyPlaceTheStartGoesOn();
+
+private:
+    void moveToSharedFolder();
+
+    QString hiddenLoginFolder;
+};
+
+void tst_SingleInstance::init()
+{
+    QVERIFY2(qEnvironmentVariable("HOME") == QLatin1String("/tmp/home"),
+             "This test changes /tmp and /run: run it with scripts/isolated");
+    QProcess::execute(QStringLiteral("sh"),
+                      {QStringLiteral("-c"),
+                       QStringLiteral("rm -rf %1/ixovpn /tmp/ixovpn-*").arg(loginFolder())});
+}
+
+void tst_SingleInstance::cleanup()
+{
+    if (!hiddenLoginFolder.isEmpty()) {
+        QVERIFY(QFile::rename(hiddenLoginFolder, loginFolder()));
+        hiddenLoginFolder.clear();
+    }
+}
+
+// As on a system whose log-in manager makes no folder for the user.
+void tst_SingleInstance::moveToSharedFolder()
+{
+    hiddenLoginFolder = loginFolder() + QStringLiteral(".away");
+    QVERIFY(QFile::rename(loginFolder(), hiddenLoginFolder));
+}
+
+void tst_SingleInstance::firstStartTakesThePlace()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+}
+
+void tst_SingleInstance::laterStartFindsItTaken()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    for (int i = 0; i < 3; ++i) {
+        SingleInstance later;
+        QVERIFY(!later.claim());
+    }
+}
+
+void tst_SingleInstance::placeIsFreeAfterTheFirstIsGone()
+{
+    {
+        SingleInstance first;
+        QVERIFY(first.claim());
+    }
+    SingleInstance next;
+    QVERIFY(next.claim());
+}
+
+void tst_SingleInstance::placeIsPrivate()
+{
+    {
+        SingleInstance first;
+        QVERIFY(first.claim());
+        QVERIFY(isOwnFolder(loginFolder() + QStringLiteral("/ixovpn")));
+    }
+    moveToSharedFolder();
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QVERIFY(isOwnFolder(sharedFolder()));
+}
+
+void tst_SingleInstance::laterStartShowsTheWindow()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+    QVERIFY(!window.isVisible());
+
+    SingleInstance later;
+    QVERIFY(!later.claim());
+    QTRY_VERIFY(window.isVisible());
+    QTRY_VERIFY(window.isActiveWindow());
+}
+
+void tst_SingleInstance::laterStartBringsBackAMinimisedWindow()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+    window.showMinimized();
+    QTRY_VERIFY(window.isMinimized());
+
+    SingleInstance later;
+    QVERIFY(!later.claim());
+    QTRY_VERIFY(!window.isMinimized());
+    QVERIFY(window.isVisible());
+}
+
+void tst_SingleInstance::laterStartBeforeThereIsAWindow()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    {
+        SingleInstance later;
+        QVERIFY(!later.claim());
+    }
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+    // A request that does arrive shows that an earlier one would have been seen by now.
+    QVERIFY(send("other bytes"));
+    QCoreApplication::processEvents();
+    QVERIFY(!window.isVisible());
+}
+
+void tst_SingleInstance::requestWithStartupId()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+    qputenv("DESKTOP_STARTUP_ID", "launcher/client/1-0-host_TIME12345");
+    qputenv("XDG_ACTIVATION_TOKEN", "token-from-the-launcher");
+    {
+        SingleInstance later;
+        QVERIFY(!later.claim());
+    }
+    qunsetenv("DESKTOP_STARTUP_ID");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+
+    QTRY_VERIFY(window.isVisible());
+    // Where the toolkit's platform plug-in looks for it when it activates a window.
+    QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("token-from-the-launcher"));
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+void tst_SingleInstance::otherBytesDoNothing_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+
+    QTest::newRow("empty") << QByteArray("");
+    QTest::newRow("other word") << QByteArray("hide\n\n\n");
+    QTest::newRow("capitals") << QByteArray("SHOW\n\n\n");
+    QTest::newRow("leading blank") << QByteArray(" show\n\n\n");
+    QTest::newRow("carriage returns") << QByteArray("show\r\n\r\n\r\n");
+    QTest::newRow("one line too many") << QByteArray("show\n\n\n\n");
+    QTest::newRow("something behind") << QByteArray("show\n\n\nquit");
+    QTest::newRow("twice") << QByteArray("show\n\n\nshow\n\n\n");
+    QTest::newRow("zero bytes") << QByteArray(64, '\0');
+    QTest::newRow("zero byte in the word") << QByteArray("sh\0ow\n\n\n", 9);
+    QTest::newRow("invalid UTF-8") << QByteArray("\xff\xfe\n\n\n");
+    QTest::newRow("too long") << QByteArray("show\n" + QByteArray(5000, 'x') + "\n\n");
+    QTest::newRow("a command of the service link") << QByteArray(R"({"cmd":"connect"})"
+                                                                 "\n");
+}
+
+void tst_SingleInstance::otherBytesDoNothing()
+{
+    QFETCH(QByteArray, bytes);
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+
+    QVERIFY(send(bytes));
+    QCoreApplication::processEvents();
+    QVERIFY(!window.isVisible());
+}
+
+void tst_SingleInstance::halvesDoNothing()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+
+    for (int cut = 1; cut < request.size(); ++cut) {
+        QVERIFY(send(request.left(cut)));
+        QVERIFY(send(request.mid(cut)));
+        QCoreApplication::processEvents();
+        QVERIFY2(!window.isVisible(), qPrintable(QString::number(cut)));
+    }
+}
+
+void tst_SingleInstance::requestsAfterOtherBytesStillWork()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+
+    QVERIFY(send("nonsense"));
+    QVERIFY(send(request));
+    QVERIFY(send(""));
+    QTRY_VERIFY(window.isVisible());
+}
+
+void tst_SingleInstance::nothingArrivesAfterTheRequestsAreGone()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    {
+        const SingleInstance::ShowRequests requests{first, &window};
+    }
+    QVERIFY(!send(request));
+    QCoreApplication::processEvents();
+    QVERIFY(!window.isVisible());
+}
+
+void tst_SingleInstance::staleChannelIsReplaced()
+{
+    const QString folder = loginFolder() + QStringLiteral("/ixovpn");
+    QVERIFY(QDir{}.mkpath(folder));
+    // What a killed client leaves behind, and worse: a folder cannot be a channel.
+    for (const bool socketFile : {true, false}) {
+        const QString channel = folder + QStringLiteral("/show");
+        QFile::remove(channel);
+        if (socketFile) {
+            const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+            sockaddr_un address = {};
+            address.sun_family = AF_UNIX;
+            const QByteArray path = channel.toLocal8Bit();
+            std::copy(path.begin(), path.end(), address.sun_path);
+            QCOMPARE(bind(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+            close(fd);
+        } else {
+            QFile file{channel};
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        SingleInstance first;
+        QVERIFY(first.claim());
+        QWidget window;
+        const SingleInstance::ShowRequests requests{first, &window};
+        QVERIFY(send(request));
+        QTRY_VERIFY(window.isVisible());
+    }
+}
+
+void tst_SingleInstance::takenNamesAreStepped_data()
+{
+    QTest::addColumn<QString>("squat");
+    QTest::newRow("a file") << QStringLiteral("touch %1");
+    QTest::newRow("a link to a folder of ours")
+        << QStringLiteral("mkdir -m 700 /tmp/ours; ln -s /tmp/ours %1");
+    QTest::newRow("a dangling link") << QStringLiteral("ln -s /tmp/nowhere %1");
+    QTest::newRow("a folder of another user") << QStringLiteral("mkdir %1; chown 1:1 %1");
+    QTest::newRow("an open folder of another user")
+        << QStringLiteral("mkdir -m 777 %1; chown 1:1 %1");
+}
+
+void tst_SingleInstance::takenNamesAreStepped()
+{
+    QFETCH(QString, squat);
+    moveToSharedFolder();
+    for (const QString &name : {sharedFolder(), sharedFolder(QStringLiteral("-1"))}) {
+        QProcess::execute(QStringLiteral("rm"),
+                          {QStringLiteral("-rf"), QStringLiteral("/tmp/ours")});
+        const QString command = QString{squat}.replace(QStringLiteral("%1"), name);
+        if (QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-ec"), command}) != 0) {
+            QSKIP("Only root can play another user");
+        }
+    }
+
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QVERIFY(isOwnFolder(sharedFolder(QStringLiteral("-2"))));
+    SingleInstance later;
+    QVERIFY(!later.claim());
+}
+
+void tst_SingleInstance::laxPermissionsAreMended()
+{
+    const QString folder = loginFolder() + QStringLiteral("/ixovpn");
+    QVERIFY(QDir{}.mkpath(folder));
+    QCOMPARE(chmod(folder.toLocal8Bit().constData(), 0777), 0);
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QVERIFY(isOwnFolder(folder));
+}
+
+void tst_SingleInstance::withoutAnyPlaceTheStartGoesOn()
+{
+    moveToSharedFolder();
+    // Every name that would be tried is taken.
+    QCOMPARE(QProcess::execute(QStringLiteral("sh"),
+                               {QStringLiteral("-ec"),
+                                QStringLiteral("touch %1; for i in $(seq 1 200); do touch %1-$i; "
+                                               "done")
+                                    .arg(sharedFolder())}),
+             0);
+    SingleInstance first;
+    QVERIFY(first.claim());
+    SingleInstance second;
+    QVERIFY(second.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+    QVERIFY(!window.isVisible());
+}
+
+QTEST_MAIN(tst_SingleInstance)
+
+#include "tst_singleinstance.moc"
