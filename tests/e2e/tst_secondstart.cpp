@@ -1,0 +1,419 @@
+#include "tests/support/Desktop.h"
+
+#include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using support::Desktop;
+using support::waitFor;
+
+namespace {
+
+constexpr int rounds = 50;
+constexpr int startsPerRound = 20;
+constexpr quint16 servicePort = 47652;
+
+QString client()
+{
+    return QStringLiteral(IXOVPN_CLIENT);
+}
+
+QString title()
+{
+    return QStringLiteral("IXOVPN");
+}
+
+QProcessEnvironment withoutDisplay()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return environment;
+}
+
+std::unique_ptr<QProcess> startClient(const QProcessEnvironment &environment,
+                                      const QStringList &arguments = {})
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process->setProcessEnvironment(environment);
+    process->start(client(), arguments);
+    if (!process->waitForStarted(-1)) {
+        qFatal("%s cannot be started", IXOVPN_CLIENT);
+    }
+    return process;
+}
+
+bool isRunning(const QProcess &process)
+{
+    return process.state() == QProcess::Running;
+}
+
+void kill(QProcess &process)
+{
+    process.kill();
+    process.waitForFinished(-1);
+}
+
+int exitCode(QProcess &process)
+{
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+} // namespace
+
+/// What happens when the program is started although it runs already: real processes, with and
+/// without a desktop.
+class tst_SecondStart : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void manyStartsAtOnceLeaveOne();
+    void startAfterKill();
+    void startAfterOrderlyEnd();
+    void firstStillStarting();
+    void firstHangs();
+    void environmentDoesNotMatter_data();
+    void environmentDoesNotMatter();
+    void noPlaceToHold();
+    void selfTestOptionAsLastArgumentSkipsTheCheck();
+    void otherArgumentsDoNotSkipTheCheck_data();
+    void otherArgumentsDoNotSkipTheCheck();
+
+    void bringsBackAMinimisedWindow();
+    void bringsBackAHiddenWindow();
+    void bringsTheWindowToTheFront();
+    void bringsTheDialogToTheFront();
+    void tellsTheLauncherThatTheStartIsOver();
+    void secondStartMakesNoWindow();
+
+private:
+    static bool takesTheService(QTcpServer &service);
+};
+
+// The link comes up only from an interactive client, and begins with its window.
+bool tst_SecondStart::takesTheService(QTcpServer &service)
+{
+    return service.listen(QHostAddress::LocalHost, servicePort);
+}
+
+void tst_SecondStart::manyStartsAtOnceLeaveOne()
+{
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<std::unique_ptr<QProcess>> starts;
+        for (int i = 0; i < startsPerRound; ++i) {
+            starts.push_back(startClient(withoutDisplay()));
+        }
+        const auto running = [&starts] {
+            return std::count_if(starts.begin(), starts.end(),
+                                 [](const auto &process) { return isRunning(*process); });
+        };
+        QVERIFY2(waitFor([&running] { return running() <= 1; }), "More than one stayed");
+        QCOMPARE(running(), 1);
+        for (const auto &process : starts) {
+            if (!isRunning(*process)) {
+                QCOMPARE(exitCode(*process), 0);
+            }
+        }
+        for (const auto &process : starts) {
+            kill(*process);
+        }
+    }
+}
+
+void tst_SecondStart::startAfterKill()
+{
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    for (int i = 0; i < 10; ++i) {
+        const auto first = startClient(withoutDisplay());
+        QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+        delete service.nextPendingConnection();
+        QCOMPARE(exitCode(*startClient(withoutDisplay())), 0);
+        QVERIFY(isRunning(*first));
+        kill(*first);
+    }
+}
+
+void tst_SecondStart::startAfterOrderlyEnd()
+{
+    Desktop desktop;
+    for (int i = 0; i < 3; ++i) {
+        QProcess *const first = desktop.start(client());
+        QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+        desktop.close(desktop.windows(title()).first());
+        QVERIFY(waitFor([first] { return !isRunning(*first); }));
+        QCOMPARE(exitCode(*first), 0);
+    }
+}
+
+void tst_SecondStart::firstStillStarting()
+{
+    // The place is held, but there is nobody yet to hear a request.
+    const QByteArray folder = "/run/user/" + QByteArray::number(geteuid()) + "/ixovpn";
+    mkdir(folder.constData(), 0700);
+    const int place = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    QCOMPARE(flock(place, LOCK_EX | LOCK_NB), 0);
+
+    QCOMPARE(exitCode(*startClient(withoutDisplay())), 0);
+    close(place);
+}
+
+void tst_SecondStart::firstHangs()
+{
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    const auto first = startClient(withoutDisplay());
+    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    const pid_t hung = static_cast<pid_t>(first->processId());
+    ::kill(hung, SIGSTOP);
+
+    // More than any queue between the two would hold.
+    constexpr int manyStarts = 600;
+    constexpr int atOnce = 20;
+    for (int i = 0; i < manyStarts; i += atOnce) {
+        std::vector<std::unique_ptr<QProcess>> later;
+        for (int j = 0; j < atOnce; ++j) {
+            later.push_back(startClient(withoutDisplay()));
+        }
+        for (const auto &process : later) {
+            QCOMPARE(exitCode(*process), 0);
+        }
+    }
+    ::kill(hung, SIGCONT);
+    QVERIFY(isRunning(*first));
+    kill(*first);
+}
+
+void tst_SecondStart::environmentDoesNotMatter_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+
+    QTest::newRow("other user name") << QStringLiteral("USER") << QStringLiteral("../../somebody");
+    QTest::newRow("no runtime folder") << QStringLiteral("XDG_RUNTIME_DIR") << QString{};
+    QTest::newRow("runtime folder that is not there")
+        << QStringLiteral("XDG_RUNTIME_DIR") << QStringLiteral("/nowhere");
+    QTest::newRow("long runtime folder")
+        << QStringLiteral("XDG_RUNTIME_DIR")
+        << QString{QLatin1String("/tmp/") + QString{200, QLatin1Char('r')}};
+    QTest::newRow("other home") << QStringLiteral("HOME") << QStringLiteral("/nowhere/at/all");
+    QTest::newRow("read-only home") << QStringLiteral("HOME") << QStringLiteral("/proc");
+    QTest::newRow("other folder for temporary files")
+        << QStringLiteral("TMPDIR") << QStringLiteral("/var");
+}
+
+void tst_SecondStart::environmentDoesNotMatter()
+{
+    QFETCH(QString, variable);
+    QFETCH(QString, value);
+    QProcessEnvironment other = withoutDisplay();
+    other.remove(variable);
+    if (!value.isNull()) {
+        other.insert(variable, value);
+    }
+
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    for (const bool otherIsFirst : {true, false}) {
+        const auto first = startClient(otherIsFirst ? other : withoutDisplay());
+        QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+        delete service.nextPendingConnection();
+        QCOMPARE(exitCode(*startClient(otherIsFirst ? withoutDisplay() : other)), 0);
+        QVERIFY(isRunning(*first));
+        kill(*first);
+    }
+}
+
+void tst_SecondStart::noPlaceToHold()
+{
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    QProcess client;
+    client.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    client.setProcessEnvironment(withoutDisplay());
+    client.start(QStringLiteral("unshare"),
+                 {QStringLiteral("--mount"), QStringLiteral("sh"), QStringLiteral("-ec"),
+                  QStringLiteral("mount -t tmpfs -o ro none /run; mount --bind /proc /tmp; "
+                                 "exec \"$0\""),
+                  QStringLiteral(IXOVPN_CLIENT)});
+    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    QVERIFY(isRunning(client));
+    kill(client);
+}
+
+void tst_SecondStart::selfTestOptionAsLastArgumentSkipsTheCheck()
+{
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    const auto first = startClient(withoutDisplay());
+    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    delete service.nextPendingConnection();
+
+    const auto second = startClient(withoutDisplay(), {QStringLiteral("--test-i18n")});
+    // The first one makes its link again, too; both are there once two links are up.
+    std::vector<std::unique_ptr<QTcpSocket>> links;
+    QVERIFY(waitFor([&] {
+        while (service.hasPendingConnections()) {
+            links.emplace_back(service.nextPendingConnection());
+        }
+        return links.size() == 2;
+    }));
+    QVERIFY(isRunning(*first));
+    QVERIFY(isRunning(*second));
+    kill(*second);
+    kill(*first);
+}
+
+void tst_SecondStart::otherArgumentsDoNotSkipTheCheck_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::newRow("capitals") << QStringLiteral("--TEST-I18N");
+    QTest::newRow("with a value") << QStringLiteral("--test-i18n=de_DE");
+    QTest::newRow("one dash") << QStringLiteral("-test-i18n");
+    QTest::newRow("longer") << QStringLiteral("--test-i18n ");
+    QTest::newRow("other option") << QStringLiteral("--out");
+}
+
+void tst_SecondStart::otherArgumentsDoNotSkipTheCheck()
+{
+    QFETCH(QString, argument);
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    const auto first = startClient(withoutDisplay());
+    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+
+    QCOMPARE(exitCode(*startClient(withoutDisplay(), {argument, QStringLiteral("de_DE")})), 0);
+    kill(*first);
+}
+
+void tst_SecondStart::bringsBackAMinimisedWindow()
+{
+    Desktop desktop;
+    desktop.start(client());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    desktop.minimise(window);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).isEmpty(); }));
+
+    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).contains(window); }));
+    QVERIFY(waitFor([&] { return desktop.activeWindow() == window; }));
+}
+
+void tst_SecondStart::bringsBackAHiddenWindow()
+{
+    Desktop desktop;
+    desktop.start(QStringLiteral("trayer"));
+    QVERIFY(waitFor([&] { return !desktop.windows(QStringLiteral("panel")).isEmpty(); }));
+    QProcess *const first = desktop.start(client());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    desktop.close(window);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).isEmpty(); }));
+    QVERIFY(isRunning(*first));
+
+    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    QVERIFY(
+        waitFor([&] { return desktop.activeWindow() == desktop.visibleWindows(title()).first(); }));
+}
+
+void tst_SecondStart::bringsTheWindowToTheFront()
+{
+    Desktop desktop;
+    desktop.start(client());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    desktop.start(QStringLiteral("xmessage"), {QStringLiteral("-title"), QStringLiteral("other"),
+                                               QStringLiteral("Another window")});
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(QStringLiteral("other")).size() == 1; }));
+    desktop.activate(desktop.visibleWindows(QStringLiteral("other")).first());
+    QVERIFY(waitFor([&] { return desktop.activeWindow() != window; }));
+
+    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QVERIFY(waitFor([&] { return desktop.activeWindow() == window; }));
+}
+
+void tst_SecondStart::bringsTheDialogToTheFront()
+{
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    Desktop desktop;
+    desktop.start(client());
+    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    QTcpSocket *const link = service.nextPendingConnection();
+    link->write("notice: Maintenance tonight\n");
+    const QString noticeTitle = QStringLiteral("Notice");
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(noticeTitle).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    const Desktop::Window notice = desktop.visibleWindows(noticeTitle).first();
+    desktop.minimise(window);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).isEmpty(); }));
+
+    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).contains(window); }));
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(noticeTitle).contains(notice); }));
+    QVERIFY(waitFor([&] { return desktop.activeWindow() == notice; }));
+}
+
+void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
+{
+    Desktop desktop;
+    desktop.start(client());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    QProcess *const watcher =
+        desktop.start(QStringLiteral("xev"), {QStringLiteral("-root"), QStringLiteral("-event"),
+                                              QStringLiteral("property")});
+    QByteArray seen;
+    const auto sees = [&](const QByteArray &what) {
+        seen += watcher->readAllStandardOutput();
+        return seen.contains(what);
+    };
+    // Proof that the watcher watches.
+    QVERIFY(waitFor([&] {
+        desktop.run(QStringLiteral("xsetroot"), {QStringLiteral("-name"), QStringLiteral("here")});
+        return sees("PropertyNotify");
+    }));
+    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QVERIFY(!sees("_NET_STARTUP_INFO_BEGIN"));
+
+    desktop.setVariable(QStringLiteral("DESKTOP_STARTUP_ID"),
+                        QStringLiteral("launcher/client/7-0-here_TIME4242"));
+    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QVERIFY(waitFor([&] { return sees("_NET_STARTUP_INFO_BEGIN"); }));
+    QVERIFY(waitFor(
+        [&] { return desktop.activeWindow() == desktop.visibleWindows(title()).value(0); }));
+}
+
+void tst_SecondStart::secondStartMakesNoWindow()
+{
+    Desktop desktop;
+    QProcess *const first = desktop.start(client());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    const int before = desktop.windows(title()).size();
+    for (int i = 0; i < 5; ++i) {
+        const Desktop::Outcome second = desktop.run(client());
+        QCOMPARE(second.exitCode, 0);
+        QCOMPARE(second.output, QByteArray{});
+        QCOMPARE(second.errors, QByteArray{});
+    }
+    QCOMPARE(desktop.windows(title()).size(), before);
+    QVERIFY(isRunning(*first));
+}
+
+QTEST_GUILESS_MAIN(tst_SecondStart)
+
+#include "tst_secondstart.moc"

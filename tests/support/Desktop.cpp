@@ -1,0 +1,265 @@
+#include "tests/support/Desktop.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+
+namespace support {
+
+namespace {
+
+constexpr int hangMs = 120'000;
+
+QString server()
+{
+    return QStringLiteral("Xvfb");
+}
+
+QString xdotool()
+{
+    return QStringLiteral("xdotool");
+}
+
+QString number(qulonglong value)
+{
+    return QString::number(value);
+}
+
+QByteArray firstLine(QProcess &process)
+{
+    if (!waitFor([&process] { return process.canReadLine(); })) {
+        qFatal("%s says nothing: %s", qPrintable(process.program()),
+               process.readAllStandardError().constData());
+    }
+    return process.readLine().trimmed();
+}
+
+} // namespace
+
+bool waitFor(const std::function<bool()> &condition)
+{
+    return QTest::qWaitFor(condition, hangMs);
+}
+
+Desktop::Desktop(const QSize &screen)
+    : surroundings(QProcessEnvironment::systemEnvironment())
+{
+    surroundings.remove(QStringLiteral("QT_QPA_PLATFORM"));
+
+    // Without -noreset the server starts afresh whenever its last client leaves.
+    QProcess *const display = start(
+        server(),
+        {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+         QStringLiteral("0"), QStringLiteral("%1x%2x24").arg(screen.width()).arg(screen.height()),
+         QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
+    setVariable(QStringLiteral("DISPLAY"),
+                QLatin1Char{':'} + QString::fromLatin1(firstLine(*display)));
+
+    start(QStringLiteral("openbox"),
+          {QStringLiteral("--sm-disable"), QStringLiteral("--config-file"),
+           QStringLiteral("/etc/xdg/openbox/rc.xml")});
+    if (!waitFor([this] {
+            return run(QStringLiteral("wmctrl"), {QStringLiteral("-m")}).exitCode == 0;
+        })) {
+        qFatal("The window manager does not come up");
+    }
+}
+
+Desktop::~Desktop()
+{
+    while (!running.empty()) {
+        stop(running.back().get());
+    }
+}
+
+void Desktop::startSessionBus()
+{
+    QProcess *const bus = start(QStringLiteral("dbus-daemon"),
+                                {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                 QStringLiteral("--print-address")});
+    setVariable(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromLatin1(firstLine(*bus)));
+}
+
+void Desktop::setVariable(const QString &name, const QString &value)
+{
+    if (value.isNull()) {
+        surroundings.remove(name);
+    } else {
+        surroundings.insert(name, value);
+    }
+}
+
+QProcess *Desktop::start(const QString &program, const QStringList &arguments)
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(surroundings);
+    process->start(program, arguments);
+    if (!process->waitForStarted(-1)) {
+        qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process->errorString()));
+    }
+    running.push_back(std::move(process));
+    return running.back().get();
+}
+
+void Desktop::stop(QProcess *process)
+{
+    const auto it = std::find_if(running.begin(), running.end(),
+                                 [process](const auto &ours) { return ours.get() == process; });
+    if (it == running.end()) {
+        qFatal("This program was not started here");
+    }
+    process->terminate();
+    if (!process->waitForFinished(hangMs)) {
+        qWarning("%s has to be killed", qPrintable(process->program()));
+        process->kill();
+        process->waitForFinished(-1);
+    }
+    running.erase(it);
+}
+
+Desktop::Outcome Desktop::run(const QString &program, const QStringList &arguments) const
+{
+    QProcess process;
+    process.setProcessEnvironment(surroundings);
+    process.start(program, arguments, QIODevice::ReadOnly);
+    if (!process.waitForStarted(-1)) {
+        qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process.errorString()));
+    }
+    process.waitForFinished(-1);
+    const bool ended = process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1, process.readAllStandardOutput(),
+            process.readAllStandardError()};
+}
+
+QList<Desktop::Window> Desktop::windows(const QString &title) const
+{
+    return search({QStringLiteral("--name"),
+                   QLatin1Char{'^'} + QRegularExpression::escape(title) + QLatin1Char{'$'}});
+}
+
+QList<Desktop::Window> Desktop::visibleWindows(const QString &title) const
+{
+    QList<Window> visible =
+        search({QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                QLatin1Char{'^'} + QRegularExpression::escape(title) + QLatin1Char{'$'}});
+    const auto hidden = [this](Window window) {
+        return property(window, "_NET_WM_STATE").contains("_NET_WM_STATE_HIDDEN");
+    };
+    visible.erase(std::remove_if(visible.begin(), visible.end(), hidden), visible.end());
+    return visible;
+}
+
+QList<Desktop::Window> Desktop::windowsOf(const QProcess *process) const
+{
+    return search({QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
+                   number(static_cast<qulonglong>(process->processId()))});
+}
+
+Desktop::Window Desktop::activeWindow() const
+{
+    const Outcome outcome = run(xdotool(), {QStringLiteral("getactivewindow")});
+    return outcome.exitCode == 0 ? outcome.output.trimmed().toULongLong() : 0;
+}
+
+QRect Desktop::geometry(Window window) const
+{
+    const QByteArray text =
+        run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), number(window)}).output;
+    const auto value = [&text](const char *label) {
+        const QRegularExpression expression{QRegularExpression::escape(QLatin1String{label}) +
+                                            QStringLiteral(":\\s*(-?\\d+)")};
+        return expression.match(QString::fromLatin1(text)).captured(1).toInt();
+    };
+    return {value("Absolute upper-left X"), value("Absolute upper-left Y"), value("Width"),
+            value("Height")};
+}
+
+QByteArray Desktop::property(Window window, const char *name) const
+{
+    return run(QStringLiteral("xprop"),
+               {QStringLiteral("-id"), number(window), QLatin1String{name}})
+        .output.trimmed();
+}
+
+void Desktop::activate(Window window) const
+{
+    demand(xdotool(), {QStringLiteral("windowactivate"), QStringLiteral("--sync"), number(window)});
+}
+
+void Desktop::minimise(Window window) const
+{
+    demand(xdotool(), {QStringLiteral("windowminimize"), QStringLiteral("--sync"), number(window)});
+}
+
+void Desktop::close(Window window) const
+{
+    demand(QStringLiteral("wmctrl"), {QStringLiteral("-i"), QStringLiteral("-c"), number(window)});
+}
+
+void Desktop::moveMouse(const QPoint &position) const
+{
+    // On a pointer that is there already, --sync would wait for ever.
+    demand(xdotool(), {QStringLiteral("mousemove"), QString::number(position.x()),
+                       QString::number(position.y())});
+}
+
+void Desktop::click(const QPoint &position, int button) const
+{
+    moveMouse(position);
+    demand(xdotool(), {QStringLiteral("click"), QString::number(button)});
+}
+
+void Desktop::doubleClick(const QPoint &position) const
+{
+    moveMouse(position);
+    demand(xdotool(), {QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
+                       QStringLiteral("--delay"), QStringLiteral("50"), QStringLiteral("1")});
+}
+
+void Desktop::pressKey(const QString &key) const
+{
+    demand(xdotool(), {QStringLiteral("key"), key});
+}
+
+void Desktop::type(const QString &text) const
+{
+    demand(xdotool(), {QStringLiteral("type"), text});
+}
+
+QImage Desktop::screenshot() const
+{
+    const Outcome outcome =
+        demand(QStringLiteral("import"), {QStringLiteral("-silent"), QStringLiteral("-window"),
+                                          QStringLiteral("root"), QStringLiteral("png:-")});
+    return QImage::fromData(outcome.output, "PNG");
+}
+
+QImage Desktop::screenshot(Window window) const
+{
+    return screenshot().copy(geometry(window));
+}
+
+Desktop::Outcome Desktop::demand(const QString &program, const QStringList &arguments) const
+{
+    Outcome outcome = run(program, arguments);
+    if (outcome.exitCode != 0) {
+        qFatal("%s %s failed: %s", qPrintable(program),
+               qPrintable(arguments.join(QLatin1Char{' '})), outcome.errors.constData());
+    }
+    return outcome;
+}
+
+QList<Desktop::Window> Desktop::search(const QStringList &arguments) const
+{
+    QList<Window> found;
+    const Outcome outcome = run(xdotool(), QStringList{QStringLiteral("search")} + arguments);
+    for (const QByteArray &line : outcome.output.split('\n')) {
+        if (!line.isEmpty()) {
+            found.append(line.toULongLong());
+        }
+    }
+    return found;
+}
+
+} // namespace support

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QList>
+#include <QObject>
+#include <QPoint>
+#include <QProcess>
+#include <QRect>
+#include <QSize>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace support {
+
+/// Waits, with the event loop running, for something that another process does. Only a run that
+/// hangs gets to its end, and then returns false.
+bool waitFor(const std::function<bool()> &condition);
+
+/// An X11 desktop without a screen: a display server of our own and a window manager, and the
+/// tools that do what a user would. To be used inside scripts/isolated; the test itself needs no
+/// display and no GUI application object.
+///
+/// What cannot be started, or does not come up, ends the test run with a message.
+class Desktop : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Window = qulonglong;
+
+    struct Outcome
+    {
+        int exitCode = -1;
+        QByteArray output;
+        QByteArray errors;
+    };
+
+    /// Returns when both answer.
+    explicit Desktop(const QSize &screen = {1280, 1024});
+    /// Ends what was started, in reverse order.
+    ~Desktop() override;
+
+    /// What is started from now on finds a session bus of its own.
+    void startSessionBus();
+
+    /// With the display, and without a choice of the toolkit's platform.
+    const QProcessEnvironment &environment() const { return surroundings; }
+    /// For programs that are started from now on; a null value takes the variable out.
+    void setVariable(const QString &name, const QString &value);
+
+    /// Starts a program that stays; it belongs to the desktop and ends with it. Its output and
+    /// errors can be read from the result.
+    QProcess *start(const QString &program, const QStringList &arguments = {});
+    /// Asks a started program to end and waits until it has.
+    void stop(QProcess *process);
+    /// Runs a program to its end.
+    Outcome run(const QString &program, const QStringList &arguments = {}) const;
+
+    /// Top-level windows with exactly this title, mapped or not, in order of creation.
+    QList<Window> windows(const QString &title) const;
+    /// Those of them that can be seen: mapped and not minimised.
+    QList<Window> visibleWindows(const QString &title) const;
+    /// Windows of any depth that are mapped and belong to the process.
+    QList<Window> windowsOf(const QProcess *process) const;
+    /// 0 if no window has it.
+    Window activeWindow() const;
+    /// Without the frame, in the screen's coordinates.
+    QRect geometry(Window window) const;
+    /// As xprop prints it, for example `_NET_WM_STATE(ATOM) = _NET_WM_STATE_HIDDEN`.
+    QByteArray property(Window window, const char *name) const;
+
+    void activate(Window window) const;
+    void minimise(Window window) const;
+    /// As the title bar's close button does.
+    void close(Window window) const;
+
+    /// In the screen's coordinates; buttons count from 1, the left one.
+    void moveMouse(const QPoint &position) const;
+    void click(const QPoint &position, int button = 1) const;
+    void doubleClick(const QPoint &position) const;
+    /// By the name of the key, for example `Escape` or `shift+Tab`; goes to the active window.
+    void pressKey(const QString &key) const;
+    void type(const QString &text) const;
+
+    /// The whole screen.
+    QImage screenshot() const;
+    /// The window without its frame, cut out of the screen.
+    QImage screenshot(Window window) const;
+
+private:
+    Outcome demand(const QString &program, const QStringList &arguments) const;
+    QList<Window> search(const QStringList &arguments) const;
+
+    QProcessEnvironment surroundings;
+    std::vector<std::unique_ptr<QProcess>> running;
+};
+
+} // namespace support
