@@ -7,7 +7,6 @@ include(CheckPIESupported)
 
 add_library(ixovpn_options INTERFACE)
 target_compile_features(ixovpn_options INTERFACE cxx_std_17)
-set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 check_pie_supported(LANGUAGES CXX)
 

@@ -239,7 +239,7 @@ void MainWindow::onToggleClicked()
     }
 }
 
-void MainWindow::onServiceMessage(QString text)
+void MainWindow::onServiceMessage(const QString &text)
 {
     const ipc::protocol::Message message = ipc::protocol::parseMessage(text);
     switch (message.kind) {

@@ -40,7 +40,7 @@ protected:
 
 private Q_SLOTS:
     void onToggleClicked();
-    void onServiceMessage(QString text);
+    void onServiceMessage(const QString &text);
     void onServiceConnectionChanged(bool connected);
     void onMenuRequested();
     void onSettingsRequested();

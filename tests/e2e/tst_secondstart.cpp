@@ -113,6 +113,7 @@ void tst_SecondStart::manyStartsAtOnceLeaveOne()
 {
     for (int round = 0; round < rounds; ++round) {
         std::vector<std::unique_ptr<QProcess>> starts;
+        starts.reserve(startsPerRound);
         for (int i = 0; i < startsPerRound; ++i) {
             starts.push_back(startClient(withoutDisplay()));
         }
@@ -185,6 +186,7 @@ void tst_SecondStart::firstHangs()
     constexpr int atOnce = 20;
     for (int i = 0; i < manyStarts; i += atOnce) {
         std::vector<std::unique_ptr<QProcess>> later;
+        later.reserve(atOnce);
         for (int j = 0; j < atOnce; ++j) {
             later.push_back(startClient(withoutDisplay()));
         }
