@@ -64,7 +64,21 @@ if(IXOVPN_COVERAGE)
   target_link_options(ixovpn_options INTERFACE --coverage)
 endif()
 
+# Link-time optimisation compiles the whole program anew as a position independent executable, in
+# which the toolkit's meta-objects and signals would get second addresses: casts of its objects
+# would fail and connections would not find their signals. So everything of other libraries is
+# reached through its one address, and where the compiler cannot do that, nothing is optimised at
+# link time. The linker is told to refuse copies.
 check_ipo_supported(RESULT ixovpn_lto LANGUAGES CXX OUTPUT ixovpn_lto_reason)
+if(NOT WIN32)
+  check_cxx_compiler_flag(-mno-direct-extern-access ixovpn_has_indirect_access)
+  if(ixovpn_has_indirect_access)
+    add_compile_options(-mno-direct-extern-access)
+    add_link_options(-mno-direct-extern-access -Wl,-z,nocopyreloc,-z,text)
+  else()
+    set(ixovpn_lto OFF)
+  endif()
+endif()
 if(ixovpn_lto AND CMAKE_BUILD_TYPE STREQUAL "Release")
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
 endif()
