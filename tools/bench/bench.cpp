@@ -1,0 +1,431 @@
+// Measures the client beside programs that do the least possible, in turn. See docs/benchmarks.md;
+// scripts/bench gives it a display of its own.
+//
+//   ixovpn-bench FOLDER-OF-PROGRAMS FOLDER-FOR-FIGURES ROUNDS MEASUREMENT...
+//
+// ROUNDS 0 stands for each measurement's own number.
+
+#include "tools/bench/Child.h"
+#include "tools/bench/FakeService.h"
+#include "tools/bench/Results.h"
+#include "tools/bench/Screen.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+#include <poll.h>
+
+namespace {
+
+using bench::Child;
+using bench::FakeService;
+using bench::msOf;
+using bench::now;
+using bench::Results;
+using bench::Screen;
+
+constexpr std::int64_t nsPerMs = 1'000'000;
+constexpr std::int64_t settleMs = 300;
+constexpr std::int64_t patienceMs = 30'000;
+constexpr std::int64_t quietMs = 3'000;
+constexpr std::int64_t idleMs = 20'000;
+constexpr std::int64_t pulseMs = 10'000;
+constexpr std::int64_t betweenPingsMs = 2;
+constexpr int floodLines = 200'000;
+constexpr int delayLines = 40;
+
+constexpr double startAim = 1.15;
+constexpr double memoryAim = 1.15;
+constexpr double floodAim = 2.0;
+constexpr double answerAimMs = 100.0;
+constexpr double pulseAim = 2.0;
+constexpr double idleAim = 0.0;
+
+class Bench
+{
+public:
+    Bench(std::string programs_, std::string figures_, int rounds_)
+        : client(programs_ + "/ixovpn-client")
+        , floor(programs_ + "/ixovpn-bench-floor")
+        , figures(std::move(figures_))
+        , wantedRounds(rounds_)
+    {}
+
+    void start();
+    void memory();
+    void idle();
+    void flood();
+    void delay();
+    void pulse();
+
+private:
+    using Command = std::vector<std::string>;
+    struct Cost
+    {
+        double ms;
+        double switches;
+    };
+
+    int rounds(int usual) const { return wantedRounds > 0 ? wantedRounds : usual; }
+
+    /// Serves display and service until the condition holds; false if it never did.
+    bool pump(std::int64_t ms, const std::function<bool()> &condition);
+    void pass(std::int64_t ms);
+    void require(const std::function<bool()> &condition, const char *what);
+
+    /// Leaves the program with its first painting on the screen.
+    std::unique_ptr<Child> show(const Command &command);
+    void startOnce(Results &results, int round, const std::string &name, const Command &command);
+    Cost costOf(const Child &child, std::int64_t ms);
+    void addCost(Results &results, int round, const std::string &name, const Child &child,
+                 std::int64_t ms);
+    void floodOnce(Results &results, int round, const std::string &name, const Command &command);
+    void delayOnce(Results &results, const std::string &name, const Command &command,
+                   const std::array<std::string, 2> &lines);
+
+    Screen screen;
+    std::unique_ptr<FakeService> service;
+    std::string client;
+    std::string floor;
+    std::string figures;
+    int wantedRounds;
+};
+
+bool Bench::pump(std::int64_t ms, const std::function<bool()> &condition)
+{
+    const std::int64_t end = now() + ms * nsPerMs;
+    for (;;) {
+        screen.serve();
+        if (condition()) {
+            return true;
+        }
+        const std::int64_t left = end - now();
+        if (left <= 0) {
+            return false;
+        }
+        std::array<pollfd, 2> sources{pollfd{screen.descriptor(), POLLIN, 0}, pollfd{-1, 0, 0}};
+        if (service) {
+            sources[1] = {service->descriptor(), service->interest(), 0};
+        }
+        poll(sources.data(), sources.size(), static_cast<int>(left / nsPerMs) + 1);
+        if (sources[1].revents != 0) {
+            service->serve();
+        }
+    }
+}
+
+void Bench::pass(std::int64_t ms)
+{
+    pump(ms, [] { return false; });
+}
+
+void Bench::require(const std::function<bool()> &condition, const char *what)
+{
+    if (!pump(patienceMs, condition)) {
+        throw std::runtime_error{std::string{"waited in vain for "} + what};
+    }
+}
+
+std::unique_ptr<Child> Bench::show(const Command &command)
+{
+    screen.expectWindow();
+    auto child = std::make_unique<Child>(command);
+    require([this] { return !screen.paintings().empty(); }, "the first painting");
+    return child;
+}
+
+void Bench::startOnce(Results &results, int round, const std::string &name, const Command &command)
+{
+    screen.expectWindow();
+    Child child{command};
+    std::size_t seen = 0;
+    std::int64_t paintedAt = 0;
+    std::int64_t processorTime = 0;
+    std::vector<std::uint8_t> shown;
+    const auto look = [&] {
+        if (screen.paintings().size() == seen) {
+            return false;
+        }
+        const std::int64_t reported = screen.paintings()[seen];
+        const std::int64_t used = child.processorTime();
+        seen = screen.paintings().size();
+        const auto edge = screen.edge();
+        if (edge && *edge != shown) {
+            shown = *edge;
+            paintedAt = reported;
+            processorTime = used;
+        }
+        return paintedAt != 0;
+    };
+    require(look, "the first painting");
+    pump(settleMs, [&look] {
+        look();
+        return false;
+    });
+    if (round > 0) {
+        results.add(round, name, "ms to first painting", msOf(paintedAt - child.started()));
+        results.add(round, name, "CPU ms to first painting", msOf(processorTime));
+    }
+}
+
+void Bench::start()
+{
+    constexpr int usualRounds = 21;
+    constexpr int warmUps = 3;
+    Results results{figures, "start"};
+    service = std::make_unique<FakeService>("stopped");
+    for (int round = 1 - warmUps; round <= rounds(usualRounds); ++round) {
+        startOnce(results, round, "client", {client});
+        startOnce(results, round, "floor", {floor});
+        screen.raiseTray();
+        startOnce(results, round, "client with a tray", {client});
+        screen.removeTray();
+    }
+    service.reset();
+    for (const char *quantity : {"ms to first painting", "CPU ms to first painting"}) {
+        for (const char *name : {"client", "client with a tray", "floor"}) {
+            results.print(name, quantity);
+        }
+        results.printRatio(quantity, "client", "floor", startAim);
+    }
+}
+
+void Bench::memory()
+{
+    constexpr int usualRounds = 5;
+    const std::string quantity = "KiB of memory (PSS)";
+    Results results{figures, "memory"};
+    service = std::make_unique<FakeService>("running");
+    for (int round = 1; round <= rounds(usualRounds); ++round) {
+        for (const auto &[name, command] :
+             {std::pair{"client", Command{client}}, std::pair{"floor", Command{floor}}}) {
+            const auto child = show(command);
+            pass(quietMs);
+            results.add(round, name, quantity, static_cast<double>(child->proportionalSize()));
+        }
+    }
+    service.reset();
+    results.print("client", quantity);
+    results.print("floor", quantity);
+    results.printRatio(quantity, "client", "floor", memoryAim);
+}
+
+Bench::Cost Bench::costOf(const Child &child, std::int64_t ms)
+{
+    const std::int64_t timeBefore = child.processorTime();
+    const long switchesBefore = child.switches();
+    pass(ms);
+    return {msOf(child.processorTime() - timeBefore),
+            static_cast<double>(child.switches() - switchesBefore)};
+}
+
+void Bench::addCost(Results &results, int round, const std::string &name, const Child &child,
+                    std::int64_t ms)
+{
+    const Cost cost = costOf(child, ms);
+    results.add(round, name, "CPU ms", cost.ms);
+    results.add(round, name, "context switches", cost.switches);
+}
+
+void Bench::idle()
+{
+    constexpr int usualRounds = 3;
+    Results results{figures, "idle for 20 s"};
+    for (int round = 1; round <= rounds(usualRounds); ++round) {
+        service = std::make_unique<FakeService>("running");
+        {
+            const auto child = show({client});
+            pass(quietMs);
+            addCost(results, round, "client, connected", *child, idleMs);
+        }
+        service.reset();
+        {
+            const auto child = show({client});
+            pass(quietMs);
+            addCost(results, round, "client, service away", *child, idleMs);
+        }
+        const auto child = show({floor});
+        pass(quietMs);
+        addCost(results, round, "floor", *child, idleMs);
+    }
+    for (const char *name : {"client, connected", "client, service away", "floor"}) {
+        results.print(name, "CPU ms");
+        results.print(name, "context switches");
+    }
+    results.printLargest("client, connected", "context switches", idleAim);
+}
+
+void Bench::floodOnce(Results &results, int round, const std::string &name, const Command &command)
+{
+    service = std::make_unique<FakeService>("stopped");
+    const auto child = show(command);
+    require([this] { return service->isConnected(); }, "the connection");
+    pass(quietMs);
+
+    std::string lines;
+    for (int i = 0; i < floodLines; ++i) {
+        lines += i % 2 == 0 ? "status: running\n" : "status: stopped\n";
+    }
+    lines += "error: end\n";
+
+    std::int64_t asked = now();
+    double slowestAnswer = 0.0;
+    const auto watchAnswers = [&] {
+        const std::int64_t current = now();
+        if (!screen.pong()) {
+            slowestAnswer = std::max(slowestAnswer, msOf(current - asked));
+        } else {
+            slowestAnswer = std::max(slowestAnswer, msOf(*screen.pong() - asked));
+            if (current - asked > betweenPingsMs * nsPerMs) {
+                asked = current;
+                screen.ping();
+            }
+        }
+    };
+
+    const std::int64_t timeBefore = child->processorTime();
+    const std::int64_t begin = now();
+    asked = begin;
+    screen.ping();
+    service->write(lines);
+    std::size_t seen = 0;
+    require(
+        [&] {
+            watchAnswers();
+            const bool drawn = screen.paintings().size() != seen;
+            seen = screen.paintings().size();
+            return drawn && screen.showsFailure();
+        },
+        "the last line's effect");
+    results.add(round, name, "ms to the last line's effect", msOf(now() - begin));
+    results.add(round, name, "CPU ms", msOf(child->processorTime() - timeBefore));
+    results.add(round, name, "ms of the slowest answer", slowestAnswer);
+    service.reset();
+}
+
+void Bench::flood()
+{
+    constexpr int usualRounds = 5;
+    Results results{figures, "flood of 200000 lines"};
+    for (int round = 1; round <= rounds(usualRounds); ++round) {
+        floodOnce(results, round, "client", {client});
+        floodOnce(results, round, "floor", {floor, "--lines"});
+    }
+    for (const char *quantity :
+         {"ms to the last line's effect", "CPU ms", "ms of the slowest answer"}) {
+        results.print("client", quantity);
+        results.print("floor", quantity);
+    }
+    results.printRatio("ms to the last line's effect", "client", "floor", floodAim);
+    results.printLargest("client", "ms of the slowest answer", answerAimMs);
+}
+
+void Bench::delayOnce(Results &results, const std::string &name, const Command &command,
+                      const std::array<std::string, 2> &lines)
+{
+    service = std::make_unique<FakeService>("stopped");
+    const auto child = show(command);
+    require([this] { return service->isConnected(); }, "the connection");
+    for (int i = 0; i < delayLines; ++i) {
+        // Longer than the switch glides, and at no fixed distance from any frame.
+        pass(2 * settleMs + i % 17);
+        screen.forgetPaintings();
+        const std::int64_t begin = now();
+        service->write(lines[static_cast<std::size_t>(i % 2)]);
+        require([this] { return !screen.paintings().empty(); }, "the change");
+        results.add(i + 1, name, "ms to the change", msOf(screen.paintings().front() - begin));
+    }
+    service.reset();
+}
+
+void Bench::delay()
+{
+    Results results{figures, "delay from a line to its change on the screen"};
+    delayOnce(results, "client", {client}, {"status: running\n", "status: stopped\n"});
+    delayOnce(results, "floor", {floor, "--lines"}, {"error: a\n", "error: b\n"});
+    results.print("client", "ms to the change");
+    results.print("floor", "ms to the change");
+}
+
+void Bench::pulse()
+{
+    constexpr int usualRounds = 3;
+    Results results{figures, "10 s of the switch"};
+    const auto inState = [&](int round, const std::string &name, const std::string &status,
+                             const std::function<void()> &hide) {
+        service = std::make_unique<FakeService>(status);
+        const auto child = show({client});
+        pass(quietMs);
+        if (hide) {
+            hide();
+            pass(quietMs);
+        }
+        addCost(results, round, name, *child, pulseMs);
+        service.reset();
+    };
+    for (int round = 1; round <= rounds(usualRounds); ++round) {
+        inState(round, "client, connecting", "connecting", {});
+        {
+            const auto child = show({floor, "--animate"});
+            pass(quietMs);
+            addCost(results, round, "floor, animated", *child, pulseMs);
+        }
+        inState(round, "client, connecting, minimised", "connecting",
+                [this] { screen.minimise(); });
+        screen.raiseTray();
+        inState(round, "client, connecting, in tray", "connecting", [this] { screen.close(); });
+        screen.removeTray();
+        inState(round, "client, on", "running", {});
+        inState(round, "client, off", "stopped", {});
+    }
+    for (const char *name :
+         {"client, connecting", "floor, animated", "client, connecting, minimised",
+          "client, connecting, in tray", "client, on", "client, off"}) {
+        results.print(name, "CPU ms");
+        results.print(name, "context switches");
+    }
+    results.printRatio("CPU ms", "client, connecting", "floor, animated", pulseAim);
+    results.printLargest("client, on", "context switches", idleAim);
+    results.printLargest("client, off", "context switches", idleAim);
+}
+
+void run(Bench &bench, const std::string &measurement)
+{
+    static const std::array<std::pair<const char *, void (Bench::*)()>, 6> all{
+        std::pair{"start", &Bench::start}, std::pair{"memory", &Bench::memory},
+        std::pair{"idle", &Bench::idle},   std::pair{"flood", &Bench::flood},
+        std::pair{"delay", &Bench::delay}, std::pair{"pulse", &Bench::pulse}};
+    for (const auto &[name, function] : all) {
+        if (name == measurement) {
+            (bench.*function)();
+            return;
+        }
+    }
+    throw std::runtime_error{"no measurement is called " + measurement};
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    constexpr int firstMeasurement = 4;
+    if (argc <= firstMeasurement) {
+        std::fputs("run scripts/bench instead\n", stderr);
+        return 2;
+    }
+    try {
+        Bench bench{argv[1], argv[2], std::stoi(argv[3])};
+        for (int i = firstMeasurement; i < argc; ++i) {
+            run(bench, argv[i]);
+        }
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "ixovpn-bench: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
