@@ -26,16 +26,26 @@ QString valueOf(const char *option, const QStringList &arguments)
     return index < 0 ? QString{} : arguments.value(index + 1);
 }
 
+// `argc` if there is none.
+int positionOfRequest(int argc, const char *const *argv)
+{
+    int i = 1;
+    while (i < argc && std::strcmp(argv[i], localeOption) != 0) {
+        ++i;
+    }
+    return i;
+}
+
 } // namespace
 
 bool isAskedFor(int argc, const char *const *argv)
 {
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], localeOption) == 0) {
-            return true;
-        }
-    }
-    return false;
+    return positionOfRequest(argc, argv) < argc;
+}
+
+bool promisesNoWindow(int argc, const char *const *argv)
+{
+    return positionOfRequest(argc, argv) + 1 < argc;
 }
 
 bool hasLocale(const QStringList &arguments)

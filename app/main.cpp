@@ -2,6 +2,7 @@
 #include "app/SelfTest.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
+#include "app/Windowless.h"
 #include "ui/MainWindow.h"
 
 #include <QApplication>
@@ -12,6 +13,9 @@ int main(int argc, char *argv[])
     app::SingleInstance instance;
     if (!selfTest && !instance.claim()) {
         return 0;
+    }
+    if (app::selftest::promisesNoWindow(argc, argv)) {
+        app::allowMissingDisplay();
     }
 
     QApplication application{argc, argv};
