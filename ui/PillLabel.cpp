@@ -1,5 +1,7 @@
 #include "ui/PillLabel.h"
 
+#include "ui/SingleLine.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
@@ -9,30 +11,9 @@ namespace ui {
 
 namespace {
 
-// Far more characters than the widest window could show on one line.
-constexpr int shownLimit = 256;
 constexpr int toolTipLimit = 2000;
 
 constexpr QChar ellipsis{0x2026};
-
-QString onOneLine(QString text)
-{
-    for (QChar &c : text) {
-        if (c.isSpace() || c.category() == QChar::Other_Control) {
-            c = QLatin1Char{' '};
-        }
-    }
-    return text;
-}
-
-// A cut between the two halves of a character would leave half of it.
-QString leftPart(const QString &text, int length)
-{
-    if (text.size() <= length) {
-        return text;
-    }
-    return text.left(text.at(length - 1).isHighSurrogate() ? length - 1 : length) + ellipsis;
-}
 
 } // namespace
 
@@ -84,7 +65,7 @@ void PillLabel::paintEvent(QPaintEvent * /*event*/)
 
 QString PillLabel::beginning() const
 {
-    return onOneLine(leftPart(text(), shownLimit));
+    return singleLine(text());
 }
 
 QSize PillLabel::sizeFor(const QString &line) const

@@ -1,5 +1,6 @@
 #include "ui/SupportDialog.h"
 
+#include "ui/CopyButton.h"
 #include "ui/ReferralCode.h"
 #include "ui/SupportLink.h"
 
@@ -112,7 +113,7 @@ SupportDialog::CopyRow SupportDialog::makeCopyRow(const QString &value)
     CopyRow made;
     made.row = new QWidget{this};
     made.caption = new QLabel{made.row};
-    made.button = new QPushButton{value, made.row};
+    made.button = new CopyButton{value, made.row};
     made.button->setObjectName(QStringLiteral("copy"));
     made.button->setProperty(copyValueProperty, value);
     made.button->setToolTip(tr("Click to copy"));
