@@ -1,5 +1,6 @@
 #include "ui/SettingsDialog.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QEvent>
 #include <QLabel>
@@ -52,6 +53,8 @@ SettingsDialog::SettingsDialog(QWidget *parent)
         languageCombo->addItem(QString::fromUtf8(language.name),
                                QString{QLatin1String{language.tag}});
     }
+    // Around the list, where the page's style sheet does not reach.
+    languageCombo->view()->parentWidget()->setStyleSheet(QStringLiteral("background: #1B1D3D;"));
     saveButton = new QPushButton{this};
     saveButton->setObjectName(QStringLiteral("save"));
 
