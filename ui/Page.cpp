@@ -2,6 +2,7 @@
 
 #include "ui/BackgroundGradient.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QToolButton>
@@ -77,6 +78,7 @@ void Page::cover()
         raise();
     }
     show();
+    backButton->setFocus();
 }
 
 QLabel *Page::makeSectionCaption(const QString &text)
@@ -84,6 +86,35 @@ QLabel *Page::makeSectionCaption(const QString &text)
     auto *const caption = new QLabel{text, this};
     caption->setObjectName(QStringLiteral("section"));
     return caption;
+}
+
+bool Page::focusNextPrevChild(bool next)
+{
+    const QWidget *const start = focusWidget();
+    if (!isVisible() || start == nullptr) {
+        return QWidget::focusNextPrevChild(next);
+    }
+    const auto neighbour = [next](const QWidget *widget) {
+        return next ? widget->nextInFocusChain() : widget->previousInFocusChain();
+    };
+    for (QWidget *widget = neighbour(start); widget != start; widget = neighbour(widget)) {
+        if (isAncestorOf(widget) && widget->isVisible() && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus) != 0) {
+            widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+    }
+    return false;
+}
+
+// Not a shortcut of the button: it would work inside an open list as well.
+void Page::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel)) {
+        backButton->click();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void Page::paintEvent(QPaintEvent * /*event*/)

@@ -12,6 +12,9 @@ namespace ui {
 /// a title, a separating line, and a body below it. It covers its parent wholly when opened and
 /// does not follow the parent's later resizes.
 ///
+/// An open page has the keyboard for itself: Tab goes round among its own widgets, not among those
+/// that it hides from view, and Escape works as the back button does.
+///
 /// A page is created once, hidden, and reused. It never hides itself: it asks its owner to.
 class Page : public QWidget
 {
@@ -24,12 +27,14 @@ protected:
     /// `styleSheet` is applied to the page after the rules that all pages share.
     Page(const QString &styleSheet, QWidget *parent);
 
-    /// Lays the page over its parent as that is now, and shows it.
+    /// Lays the page over its parent as that is now, shows it and gives it the keyboard.
     void cover();
 
     /// A small caption in capitals above a group.
     QLabel *makeSectionCaption(const QString &text);
 
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
     QToolButton *backButton;

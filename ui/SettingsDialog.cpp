@@ -57,6 +57,8 @@ SettingsDialog::SettingsDialog(QWidget *parent)
     languageCombo->view()->parentWidget()->setStyleSheet(QStringLiteral("background: #1B1D3D;"));
     saveButton = new QPushButton{this};
     saveButton->setObjectName(QStringLiteral("save"));
+    // Outside dialogs the Enter key would do nothing.
+    saveButton->setAutoDefault(true);
 
     auto *const languageRow = new QHBoxLayout;
     languageRow->addWidget(languageLabel);
