@@ -37,7 +37,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Obtendo configuração…</translation>
+    <translation>Obtendo a configuração…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Serviço conectado</translation>
+    <translation>Conectado ao serviço</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Código inválido — exatamente 6 letras ou números</translation>
+    <translation>Código inválido — deve ter exatamente 6 letras ou números</translation>
   </message>
   <message>
     <source>Referral Code</source>

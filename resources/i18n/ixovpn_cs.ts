@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Služba připojena</translation>
+    <translation>Připojeno ke službě</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Neplatný kód — přesně 6 písmen nebo číslic</translation>
+    <translation>Neplatný kód — je třeba přesně 6 písmen nebo číslic</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -172,7 +172,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>S dotazy k fungování VPN se obraťte na nás:</translation>
+    <translation>S dotazy k fungování VPN se obracejte na nás:</translation>
   </message>
   <message>
     <source>INFO</source>

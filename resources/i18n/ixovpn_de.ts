@@ -37,7 +37,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Konfiguration laden…</translation>
+    <translation>Konfiguration wird abgerufen…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Dienst verbunden</translation>
+    <translation>Mit dem Dienst verbunden</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -57,7 +57,7 @@
   </message>
   <message>
     <source>Subscription expired</source>
-    <translation>Abo abgelaufen</translation>
+    <translation>Abonnement abgelaufen</translation>
   </message>
   <message>
     <source>Support</source>
@@ -73,7 +73,7 @@
   </message>
   <message>
     <source>Waiting for service…</source>
-    <translation>Warten auf Dienst…</translation>
+    <translation>Warten auf den Dienst…</translation>
   </message>
 </context>
 <context>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Code ungültig — genau 6 Buchstaben oder Ziffern</translation>
+    <translation>Ungültiger Code — genau 6 Buchstaben oder Ziffern erforderlich</translation>
   </message>
   <message>
     <source>Referral Code</source>

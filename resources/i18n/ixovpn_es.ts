@@ -37,7 +37,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Obteniendo la config…</translation>
+    <translation>Obteniendo la configuración…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Servicio conectado</translation>
+    <translation>Conectado al servicio</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Código no válido — exactamente 6 letras o cifras</translation>
+    <translation>Código no válido — debe tener exactamente 6 letras o números</translation>
   </message>
   <message>
     <source>Referral Code</source>

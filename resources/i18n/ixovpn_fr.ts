@@ -37,7 +37,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Réception de la config…</translation>
+    <translation>Récupération de la configuration…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Service connecté</translation>
+    <translation>Connecté au service</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Code non valide — exactement 6 lettres ou chiffres</translation>
+    <translation>Code non valide — il doit comporter exactement 6 lettres ou chiffres</translation>
   </message>
   <message>
     <source>Referral Code</source>

@@ -37,7 +37,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Recupero config…</translation>
+    <translation>Recupero della configurazione…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -45,11 +45,11 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Servizio connesso</translation>
+    <translation>Connesso al servizio</translation>
   </message>
   <message>
     <source>Service is not running</source>
-    <translation>Servizio non attivo</translation>
+    <translation>Servizio non in esecuzione</translation>
   </message>
   <message>
     <source>Settings</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Codice non valido — esattamente 6 lettere o cifre</translation>
+    <translation>Codice non valido — servono esattamente 6 lettere o cifre</translation>
   </message>
   <message>
     <source>Referral Code</source>

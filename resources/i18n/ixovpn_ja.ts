@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>サービス接続済み</translation>
+    <translation>サービスに接続済み</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>無効なコード — 英数字6文字で入力してください</translation>
+    <translation>コードが無効です — 半角英数字6文字で入力してください</translation>
   </message>
   <message>
     <source>Referral Code</source>

@@ -37,11 +37,11 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Odbiór konfiguracji…</translation>
+    <translation>Pobieranie konfiguracji…</translation>
   </message>
   <message>
     <source>Idle</source>
-    <translation>Nieaktywny</translation>
+    <translation>Bezczynny</translation>
   </message>
   <message>
     <source>Service connected</source>
@@ -65,7 +65,7 @@
   </message>
   <message>
     <source>Tap the switch to connect</source>
-    <translation>Dotknij, aby połączyć</translation>
+    <translation>Dotknij, aby się połączyć</translation>
   </message>
   <message>
     <source>Tunnel up</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Nieprawidłowy kod — dokładnie 6 liter lub cyfr</translation>
+    <translation>Nieprawidłowy kod — wymagane dokładnie 6 liter lub cyfr</translation>
   </message>
   <message>
     <source>Referral Code</source>

@@ -37,7 +37,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>A obter configuração…</translation>
+    <translation>A obter a configuração…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Serviço ligado</translation>
+    <translation>Ligado ao serviço</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Código inválido — exatamente 6 letras ou dígitos</translation>
+    <translation>Código inválido — tem de ter exatamente 6 letras ou algarismos</translation>
   </message>
   <message>
     <source>Referral Code</source>

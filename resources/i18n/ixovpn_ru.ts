@@ -41,7 +41,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Приём конфигурации…</translation>
+    <translation>Получение конфигурации…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -61,7 +61,7 @@
   </message>
   <message>
     <source>Subscription expired</source>
-    <translation>Подписка истекла</translation>
+    <translation>Срок подписки истёк</translation>
   </message>
   <message>
     <source>Support</source>

@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Geçersiz kod — tam 6 harf veya rakam olmalı</translation>
+    <translation>Geçersiz kod — tam olarak 6 harf veya rakam olmalı</translation>
   </message>
   <message>
     <source>Referral Code</source>

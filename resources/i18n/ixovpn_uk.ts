@@ -37,7 +37,7 @@
   </message>
   <message>
     <source>Fetching config…</source>
-    <translation>Запит конфігурації…</translation>
+    <translation>Отримання конфігурації…</translation>
   </message>
   <message>
     <source>Idle</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Неправильний код — рівно 6 літер або цифр</translation>
+    <translation>Неправильний код — потрібно рівно 6 літер або цифр</translation>
   </message>
   <message>
     <source>Referral Code</source>
