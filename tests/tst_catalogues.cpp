@@ -1,0 +1,428 @@
+#include "tests/support/MessageFile.h"
+#include "ui/Catalogue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+#include <array>
+#include <set>
+
+using support::MessageFile;
+
+namespace {
+
+using Row = std::pair<QString, QString>;
+using Rows = std::set<Row>;
+
+// English first: it is not translated.
+constexpr std::array tags{"en", "ru", "de", "fr", "es", "it", "pt",
+                          "br", "ja", "nl", "pl", "tr", "uk", "cs"};
+
+struct Context
+{
+    const char *name;
+    std::vector<const char *> sources;
+};
+
+const std::array contexts{
+    Context{"MainWindow",
+            {"IXOVPN", "Config %1 bytes", "Connected", "Connecting…", "Disconnected",
+             "Disconnecting…", "Error", "Exit", "Failed", "Fetching config…", "Idle",
+             "Service connected", "Service is not running", "Settings", "Subscription expired",
+             "Support", "Tap the switch to connect", "Tunnel up", "Waiting for service…"}},
+    Context{"ui::NoticeDialog", {"Notice"}},
+    Context{"ui::ReferralDialog",
+            {"Enter your referral code:", "Invalid code — must be exactly 6 letters or digits",
+             "Referral Code", "Save", "Saved ✓", "e.g. ABC123"}},
+    Context{"ui::SettingsDialog", {"Back", "LANGUAGE", "Language", "Save", "Settings"}},
+    Context{"ui::SideMenu", {"Exit", "Referral Code", "Settings", "Support"}},
+    Context{"ui::SupportDialog",
+            {"Back", "CONTACT", "Click to copy", "Copied!",
+             "For any questions about VPN operation, please contact us:", "INFO",
+             "Referral:", "Support", "Version:", "Your ID:"}},
+};
+
+// Words that are the same in English and in the language of that tag.
+const Rows sameInBoth{
+    {QStringLiteral("ru"), QStringLiteral("IXOVPN")},
+    {QStringLiteral("de"), QStringLiteral("Support")},
+    {QStringLiteral("de"), QStringLiteral("INFO")},
+    {QStringLiteral("de"), QStringLiteral("Version:")},
+    {QStringLiteral("es"), QStringLiteral("Error")},
+    {QStringLiteral("fr"), QStringLiteral("CONTACT")},
+    {QStringLiteral("nl"), QStringLiteral("CONTACT")},
+    {QStringLiteral("nl"), QStringLiteral("INFO")},
+};
+
+// The tray keeps the language of the source.
+const Rows notTranslated{
+    {QStringLiteral("ui::TrayController"), QStringLiteral("IXOVPN — disconnected")},
+    {QStringLiteral("ui::TrayController"), QStringLiteral("Show")},
+    {QStringLiteral("ui::TrayController"), QStringLiteral("Quit")},
+};
+
+Rows expectedRows(const QString &tag)
+{
+    Rows rows;
+    for (const Context &context : contexts) {
+        for (const char *source : context.sources) {
+            rows.insert({QString::fromUtf8(context.name), QString::fromUtf8(source)});
+        }
+    }
+    if (tag != QLatin1String{"en"} && tag != QLatin1String{"ru"}) {
+        rows.erase({QStringLiteral("MainWindow"), QStringLiteral("IXOVPN")});
+    }
+    return rows;
+}
+
+QString listed(const Rows &rows)
+{
+    QString text;
+    for (const Row &row : rows) {
+        text += QStringLiteral("[%1] %2; ").arg(row.first, row.second);
+    }
+    return text;
+}
+
+Rows without(Rows rows, const Rows &others)
+{
+    for (const Row &row : others) {
+        rows.erase(row);
+    }
+    return rows;
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file{path};
+    if (!file.open(QIODevice::ReadOnly)) {
+        qFatal("Cannot read %s", qPrintable(path));
+    }
+    return file.readAll();
+}
+
+MessageFile catalogue(const QString &tag)
+{
+    return MessageFile::parse(contents(ui::catalogue::path(tag)));
+}
+
+bool hasBlankAtAnEnd(const QString &text)
+{
+    return text.isEmpty() || text.front().isSpace() || text.back().isSpace();
+}
+
+QString markAtTheEnd(const QString &text)
+{
+    static const QString marks = QStringLiteral(":：.。…!！?？✓");
+    return marks.contains(text.back()) ? QString{text.back()} : QString{};
+}
+
+// The exclamation mark that goes with full-width letters stands for the plain one.
+QString plain(QString text)
+{
+    return text.replace(QChar{0xff01}, QLatin1Char{'!'});
+}
+
+struct SourceText
+{
+    Row row;
+    QString type;
+    bool hasExtras = false;
+};
+
+QList<SourceText> readTranslationSource(const QString &path)
+{
+    QList<SourceText> texts;
+    QXmlStreamReader reader{contents(path)};
+    QString context;
+    SourceText text;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isEndElement() && reader.name() == QLatin1String{"message"}) {
+            texts += text;
+        }
+        if (!reader.isStartElement()) {
+            continue;
+        }
+        const QStringRef element = reader.name();
+        if (element == QLatin1String{"name"}) {
+            context = reader.readElementText();
+        } else if (element == QLatin1String{"message"}) {
+            text = {};
+            text.hasExtras = !reader.attributes().isEmpty();
+        } else if (element == QLatin1String{"source"}) {
+            text.row = {context, reader.readElementText()};
+        } else if (element == QLatin1String{"translation"}) {
+            text.type = reader.attributes().value(QLatin1String{"type"}).toString();
+        } else if (element != QLatin1String{"TS"} && element != QLatin1String{"context"}) {
+            text.hasExtras = true;
+        }
+    }
+    if (reader.hasError()) {
+        qFatal("%s: %s", qPrintable(path), qPrintable(reader.errorString()));
+    }
+    return texts;
+}
+
+QString sourceTree()
+{
+    return QFileInfo{QFINDTESTDATA("../CMakeLists.txt")}.absolutePath();
+}
+
+} // namespace
+
+class tst_Catalogues : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void noOtherCatalogues();
+    void declaredLanguage_data();
+    void declaredLanguage();
+    void exactlyTheTable_data() { everyTag(); }
+    void exactlyTheTable();
+    void everyTextIsTranslated_data() { everyTag(1); }
+    void everyTextIsTranslated();
+    void marksAreKept_data() { everyTag(); }
+    void marksAreKept();
+    void sameTextSameTranslation_data() { everyTag(); }
+    void sameTextSameTranslation();
+    void sourcesAreFinished_data() { everyTag(); }
+    void sourcesAreFinished();
+    void englishIsItsSource();
+    void fixedTexts_data();
+    void fixedTexts();
+    void programAsksForNothingElse();
+
+private:
+    static void everyTag(std::size_t first = 0);
+};
+
+void tst_Catalogues::everyTag(std::size_t first)
+{
+    QTest::addColumn<QString>("tag");
+    for (std::size_t i = first; i < tags.size(); ++i) {
+        QTest::newRow(tags.at(i)) << QString{QLatin1String{tags.at(i)}};
+    }
+}
+
+void tst_Catalogues::noOtherCatalogues()
+{
+    QStringList expected;
+    for (const char *tag : tags) {
+        expected += QStringLiteral("ixovpn_%1.qm").arg(QLatin1String{tag});
+    }
+    expected.sort();
+    QCOMPARE(QDir{QStringLiteral(":/i18n")}.entryList(QDir::AllEntries, QDir::Name), expected);
+}
+
+void tst_Catalogues::declaredLanguage_data()
+{
+    QTest::addColumn<QString>("language");
+
+    const auto row = [](const char *tag, const char *language) {
+        QTest::newRow(tag) << QString{QLatin1String{language}};
+    };
+    row("en", "en_US");
+    row("ru", "ru_RU");
+    row("de", "de_DE");
+    row("fr", "fr_FR");
+    row("es", "es_ES");
+    row("it", "it_IT");
+    row("pt", "pt_PT");
+    row("br", "pt_BR");
+    row("ja", "ja_JP");
+    row("nl", "nl_NL");
+    row("pl", "pl_PL");
+    row("tr", "tr_TR");
+    row("uk", "uk_UA");
+    row("cs", "cs_CZ");
+}
+
+void tst_Catalogues::declaredLanguage()
+{
+    const QString tag = QLatin1String{QTest::currentDataTag()};
+    QTranslator translator;
+    QVERIFY(ui::catalogue::load(translator, tag));
+    QTEST(translator.language(), "language");
+    QTEST(catalogue(tag).language, "language");
+}
+
+void tst_Catalogues::exactlyTheTable()
+{
+    QFETCH(QString, tag);
+    const MessageFile file = catalogue(tag);
+    QVERIFY(!file.hasDependencies);
+
+    Rows found;
+    for (const MessageFile::Message &message : file.messages) {
+        found.insert({message.context, message.source});
+        QVERIFY2(message.comment.isEmpty(), qUtf8Printable(message.source));
+        QCOMPARE(message.translations.size(), 1);
+    }
+    const Rows expected = expectedRows(tag);
+    const Rows missing = without(expected, found);
+    const Rows extra = without(found, expected);
+    QVERIFY2(missing.empty(), qUtf8Printable(listed(missing)));
+    QVERIFY2(extra.empty(), qUtf8Printable(listed(extra)));
+    const bool named = tag == QLatin1String{"en"} || tag == QLatin1String{"ru"};
+    QCOMPARE(file.messages.size(), named ? 45 : 44);
+}
+
+void tst_Catalogues::everyTextIsTranslated()
+{
+    QFETCH(QString, tag);
+    Rows untranslated;
+    Rows same;
+    const QList<MessageFile::Message> messages = catalogue(tag).messages;
+    for (const MessageFile::Message &message : messages) {
+        if (message.translations.constFirst() == message.source) {
+            const Row word{tag, message.source};
+            (sameInBoth.count(word) != 0 ? same : untranslated).insert(word);
+        }
+    }
+    QVERIFY2(untranslated.empty(), qUtf8Printable(listed(untranslated)));
+
+    Rows excused;
+    for (const Row &word : sameInBoth) {
+        if (word.first == tag) {
+            excused.insert(word);
+        }
+    }
+    const Rows needless = without(excused, same);
+    QVERIFY2(needless.empty(), qUtf8Printable(listed(needless)));
+}
+
+void tst_Catalogues::marksAreKept()
+{
+    QFETCH(QString, tag);
+    const QList<MessageFile::Message> messages = catalogue(tag).messages;
+    for (const MessageFile::Message &message : messages) {
+        const QString translation = plain(message.translations.constFirst());
+        const QString shown = message.source + QStringLiteral(" -> ") + translation;
+        QVERIFY2(!hasBlankAtAnEnd(translation), qUtf8Printable(shown));
+        QVERIFY2(markAtTheEnd(message.source) == markAtTheEnd(translation), qUtf8Printable(shown));
+        for (const QString &mark : {QStringLiteral("%1"), QStringLiteral("…"), QStringLiteral("—"),
+                                    QStringLiteral("✓"), QStringLiteral("ABC123")}) {
+            QVERIFY2(message.source.count(mark) == translation.count(mark), qUtf8Printable(shown));
+        }
+        QVERIFY2(!translation.contains(QLatin1String{"..."}), qUtf8Printable(shown));
+        QVERIFY2(!translation.contains(QLatin1Char{'\n'}), qUtf8Printable(shown));
+        QVERIFY2(!translation.contains(QLatin1Char{'<'}), qUtf8Printable(shown));
+        QVERIFY2(!translation.contains(QLatin1Char{'&'}), qUtf8Printable(shown));
+        QVERIFY2(!translation.contains(QLatin1String{"  "}), qUtf8Printable(shown));
+        static const QRegularExpression blankBeforeMark{QStringLiteral(" [:!?…]")};
+        QVERIFY2(!translation.contains(blankBeforeMark), qUtf8Printable(shown));
+        const bool capitals = message.source == message.source.toUpper() &&
+                              message.source != message.source.toLower();
+        QVERIFY2(!capitals || translation == translation.toUpper(), qUtf8Printable(shown));
+    }
+}
+
+void tst_Catalogues::sameTextSameTranslation()
+{
+    QFETCH(QString, tag);
+    QHash<QString, QString> known;
+    const QList<MessageFile::Message> messages = catalogue(tag).messages;
+    for (const MessageFile::Message &message : messages) {
+        const QString translation = message.translations.constFirst();
+        QCOMPARE(translation, known.value(message.source, translation));
+        known.insert(message.source, translation);
+    }
+}
+
+void tst_Catalogues::sourcesAreFinished()
+{
+    QFETCH(QString, tag);
+    const QString path = sourceTree() + QStringLiteral("/resources/i18n/ixovpn_%1.ts").arg(tag);
+    Rows found;
+    const QList<SourceText> texts = readTranslationSource(path);
+    for (const SourceText &text : texts) {
+        QVERIFY2(text.type.isEmpty(), qUtf8Printable(text.row.second));
+        QVERIFY2(!text.hasExtras, qUtf8Printable(text.row.second));
+        QVERIFY2(found.insert(text.row).second, qUtf8Printable(text.row.second));
+    }
+    QVERIFY(found == expectedRows(tag));
+}
+
+void tst_Catalogues::englishIsItsSource()
+{
+    const QList<MessageFile::Message> messages = catalogue(QStringLiteral("en")).messages;
+    for (const MessageFile::Message &message : messages) {
+        QCOMPARE(message.translations.constFirst(), message.source);
+    }
+}
+
+void tst_Catalogues::fixedTexts_data()
+{
+    QTest::addColumn<QString>("tag");
+    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<QString>("translation");
+
+    const auto row = [](const char *tag, const char *source, const char *translation) {
+        QTest::addRow("%s: %s", tag, source)
+            << QString{QLatin1String{tag}} << QByteArray{source} << QString::fromUtf8(translation);
+    };
+    row("ru", "IXOVPN", "IXOVPN");
+    row("de", "Tap the switch to connect", "Tippen Sie zum Verbinden");
+    row("ru", "Tap the switch to connect", "Нажмите, чтобы подключиться");
+    row("ja", "Tap the switch to connect", "タップして接続");
+    row("br", "Tap the switch to connect", "Toque para conectar");
+    row("pt", "Tap the switch to connect", "Toque para ligar");
+    row("ru", "Waiting for service…", "Ожидание службы…");
+    row("de", "Connected", "Verbunden");
+    row("de", "Disconnected", "Getrennt");
+}
+
+void tst_Catalogues::fixedTexts()
+{
+    QFETCH(QString, tag);
+    QFETCH(QByteArray, source);
+    QTranslator translator;
+    QVERIFY(ui::catalogue::load(translator, tag));
+    QTEST(translator.translate("MainWindow", source.constData()), "translation");
+}
+
+void tst_Catalogues::programAsksForNothingElse()
+{
+    const QTemporaryDir place;
+    const QString collected = place.filePath(QStringLiteral("collected.ts"));
+    const QString tree = sourceTree();
+    QProcess collector;
+    collector.setProcessChannelMode(QProcess::MergedChannels);
+    collector.start(QStringLiteral(IXOVPN_LUPDATE),
+                    {QStringLiteral("-I"), tree, tree + QStringLiteral("/app"),
+                     tree + QStringLiteral("/ipc"), tree + QStringLiteral("/ui"),
+                     QStringLiteral("-ts"), collected});
+    QVERIFY(collector.waitForFinished(-1));
+    const QByteArray said = collector.readAll();
+    QVERIFY2(collector.exitStatus() == QProcess::NormalExit && collector.exitCode() == 0,
+             said.constData());
+    QVERIFY2(!said.contains("warning") && !said.contains("Q_OBJECT"), said.constData());
+
+    Rows asked;
+    const QList<SourceText> texts = readTranslationSource(collected);
+    for (const SourceText &text : texts) {
+        asked.insert(text.row);
+    }
+    const Rows known = expectedRows(QStringLiteral("en"));
+    const Rows unknown = without(asked, known);
+    QVERIFY2(unknown == notTranslated, qUtf8Printable(listed(unknown)));
+
+    const Rows unused = without(known, asked);
+    const QString window = QStringLiteral("MainWindow");
+    QVERIFY2((unused == Rows{{window, QStringLiteral("Exit")},
+                             {window, QStringLiteral("Settings")},
+                             {window, QStringLiteral("Support")}}),
+             qUtf8Printable(listed(unused)));
+}
+
+QTEST_GUILESS_MAIN(tst_Catalogues)
+
+#include "tst_catalogues.moc"
