@@ -1,0 +1,73 @@
+#include "tests/support/PlantedCatalogues.h"
+
+#include "ui/Catalogue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace support {
+
+PlantedCatalogues::PlantedCatalogues()
+    : formerDirectory(QDir::currentPath())
+{
+    const QStringList places{
+        QStringLiteral("x.qm"),
+        QStringLiteral("ixovpn_x.qm"),
+        QStringLiteral("work/x.qm"),
+        QStringLiteral("work/x"),
+        QStringLiteral("work/.qm"),
+        QStringLiteral("work/ixovpn_x.qm"),
+        QStringLiteral("work/i18n/x.qm"),
+        QStringLiteral("work/i18n/ixovpn_x.qm"),
+        QStringLiteral("work/:/x.qm"),
+        QStringLiteral("work/:/i18n/x.qm"),
+        QStringLiteral("work/:/i18n/ixovpn_x.qm"),
+        QStringLiteral("work/:/i18n/ixovpn_/x.qm"),
+        QStringLiteral("work/:/i18n/ixovpn_../x.qm"),
+    };
+    for (const QString &path : places) {
+        const QString file = place.filePath(path);
+        QDir{}.mkpath(QFileInfo{file}.path());
+        if (!QFile::copy(ui::catalogue::path(QStringLiteral("ru")), file)) {
+            qFatal("Cannot plant %s", qPrintable(file));
+        }
+    }
+    QDir::setCurrent(place.filePath(QStringLiteral("work")));
+}
+
+PlantedCatalogues::~PlantedCatalogues()
+{
+    QDir::setCurrent(formerDirectory);
+}
+
+QStringList PlantedCatalogues::tags() const
+{
+    const QString absolute = place.filePath(QStringLiteral("x"));
+    const QString up = QStringLiteral("../").repeated(20);
+    return {
+        QStringLiteral("x"),
+        QStringLiteral("x.qm"),
+        QStringLiteral("../x"),
+        QStringLiteral("/../x"),
+        QStringLiteral("/x"),
+        QStringLiteral("./x"),
+        QStringLiteral("../../x"),
+        QStringLiteral("../../../work/x"),
+        QStringLiteral("\\..\\..\\x"),
+        QStringLiteral(":/x"),
+        QStringLiteral("/:/i18n/ixovpn_x"),
+        QStringLiteral("qrc:/x"),
+        absolute,
+        absolute + QStringLiteral(".qm"),
+        up + absolute.mid(1),
+        QLatin1Char{'/'} + up + absolute.mid(1),
+        QUrl::fromLocalFile(absolute).toString(),
+        QStringLiteral("x.qm") + QChar{QChar::Null},
+        QStringLiteral("%1"),
+        QStringLiteral("*"),
+    };
+}
+
+} // namespace support
