@@ -9,6 +9,11 @@ constexpr int shownLimit = 256;
 
 constexpr QChar ellipsis{0x2026};
 
+bool breaksLines(QChar c)
+{
+    return c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
+}
+
 } // namespace
 
 QString leftPart(const QString &text, int length)
@@ -23,7 +28,7 @@ QString singleLine(const QString &text)
 {
     QString line = leftPart(text, shownLimit);
     for (QChar &c : line) {
-        if (c.isSpace() || c.category() == QChar::Other_Control) {
+        if (breaksLines(c) || c.category() == QChar::Other_Control) {
             c = QLatin1Char{' '};
         }
     }
