@@ -4,6 +4,7 @@
 #include "ipc/ServiceClient.h"
 #include "ui/BackgroundGradient.h"
 #include "ui/Catalogue.h"
+#include "ui/KeptPicture.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
 #include "ui/ReferralCode.h"
@@ -59,19 +60,30 @@ QString mainStyle()
 }
 
 /// The dark gradient with the faint map of the world, behind everything on the main screen.
+///
+/// It lies beneath every frame of the switch, so it is composed once and then only copied. The map
+/// itself stays, for the next size or pixel ratio.
 class RootBackground : public QWidget
 {
 public:
     explicit RootBackground(QWidget *parent)
         : QWidget(parent)
         , map(QStringLiteral(":/assets/world-map.png"))
-    {}
+    {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    }
 
 protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter{this};
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        composed.show(painter, size(), [this](QPainter &picture) { compose(picture); });
+    }
+
+private:
+    void compose(QPainter &painter) const
+    {
         ui::paintBackgroundGradient(painter, rect());
         if (!map.isNull()) {
             const double aspect = static_cast<double>(map.height()) / map.width();
@@ -82,8 +94,8 @@ protected:
         }
     }
 
-private:
     QPixmap map;
+    ui::KeptPicture composed{ui::KeptPicture::Ground::Opaque};
 };
 
 QLabel *makeLabel(QLabel *label, const char *name)
