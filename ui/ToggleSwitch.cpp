@@ -34,7 +34,7 @@ constexpr int trackBorderAlpha = 22;
 constexpr int trackBorderHoverAlpha = 40;
 
 constexpr double glowRadiusDivisor = 1.8;
-constexpr double glowAlpha = 70.0;
+constexpr double glowAlphaAtRest = 70.0;
 
 constexpr double thumbDiameter = 76.0;
 constexpr double thumbRadius = thumbDiameter / 2.0;
@@ -102,6 +102,16 @@ QColor mix(QRgb from, QRgb to, double factor)
     const double t = std::clamp(factor, 0.0, 1.0);
     return {mixChannel(qRed(from), qRed(to), t), mixChannel(qGreen(from), qGreen(to), t),
             mixChannel(qBlue(from), qBlue(to), t)};
+}
+
+void paintTrackFill(QPainter &painter, const QPainterPath &outline, const QColor &colour)
+{
+    painter.fillPath(outline, colour);
+}
+
+void paintTrackBorder(QPainter &painter, const QPainterPath &outline, int alpha)
+{
+    painter.strokePath(outline, QPen{white(alpha), trackBorderWidth});
 }
 
 void paintThumbShadow(QPainter &painter, const QRectF &thumb)
@@ -207,6 +217,9 @@ void ToggleSwitch::setState(State newState)
             pulseGroup->stop();
         }
         setPulseScale(pulseRest);
+        glowPicture.release();
+        trackPicture.release();
+        thumbPicture.release();
     }
     update();
 }
@@ -214,18 +227,25 @@ void ToggleSwitch::setState(State newState)
 void ToggleSwitch::setThumbPos(double position)
 {
     thumbPos_ = position;
+    thumbPicture.markStale();
     update();
 }
 
 void ToggleSwitch::setPulseScale(double scale)
 {
+    const int glowBefore = glowAlpha();
     pulseScale_ = scale;
+    if (glowAlpha() != glowBefore) {
+        glowPicture.markStale();
+    }
     update();
 }
 
 void ToggleSwitch::setTrackMix(double mix)
 {
     trackMix_ = mix;
+    trackPicture.markStale();
+    thumbPicture.markStale();
     update();
 }
 
@@ -244,12 +264,14 @@ void ToggleSwitch::mousePressEvent(QMouseEvent *event)
 void ToggleSwitch::enterEvent(QEvent * /*event*/)
 {
     hovered = true;
+    trackPicture.markStale();
     update();
 }
 
 void ToggleSwitch::leaveEvent(QEvent * /*event*/)
 {
     hovered = false;
+    trackPicture.markStale();
     update();
 }
 
@@ -260,23 +282,15 @@ void ToggleSwitch::paintEvent(QPaintEvent * /*event*/)
 
     const QRectF track = trackRect();
     const QRectF thumb = thumbRect(track);
-    const QColor colour = stateColour();
-    QPainterPath outline;
-    outline.addRoundedRect(track, trackRadius, trackRadius);
-
-    if (changing()) {
-        paintGlow(painter, track);
+    if (!changing()) {
+        paintTrack(painter, track);
+        paintThumb(painter, thumb);
+        return;
     }
-    paintTrack(painter, outline, colour);
-    paintTrackBorder(painter, outline);
-    if (changing()) {
-        paintPulseRing(painter, thumb.center());
-    }
-    paintThumbShadow(painter, thumb);
-    paintThumbBody(painter, thumb);
-    paintHighlight(painter, thumb);
-    paintRim(painter, thumb);
-    paintPowerSymbol(painter, thumb.center(), colour);
+    glowPicture.show(painter, size(), [&](QPainter &picture) { paintGlow(picture, track); });
+    trackPicture.show(painter, size(), [&](QPainter &picture) { paintTrack(picture, track); });
+    paintPulseRing(painter, thumb);
+    thumbPicture.show(painter, size(), [&](QPainter &picture) { paintThumb(picture, thumb); });
 }
 
 bool ToggleSwitch::changing() const
@@ -297,6 +311,11 @@ QColor ToggleSwitch::stateColour() const
     return state_ == State::Error ? QColor{errorRgb} : mix(offRgb, onRgb, trackMix_);
 }
 
+int ToggleSwitch::glowAlpha() const
+{
+    return static_cast<int>(glowAlphaAtRest * pulseScale_);
+}
+
 QRectF ToggleSwitch::trackRect() const
 {
     return {(width() - trackWidth) / 2.0, (height() - trackHeight) / 2.0, trackWidth, trackHeight};
@@ -312,7 +331,7 @@ QRectF ToggleSwitch::thumbRect(const QRectF &track) const
 void ToggleSwitch::paintGlow(QPainter &painter, const QRectF &track) const
 {
     QColor inner{onRgb};
-    inner.setAlpha(static_cast<int>(glowAlpha * pulseScale_));
+    inner.setAlpha(glowAlpha());
     QColor outer{onRgb};
     outer.setAlpha(0);
     QRadialGradient glow{track.center(), track.width() / glowRadiusDivisor};
@@ -321,24 +340,29 @@ void ToggleSwitch::paintGlow(QPainter &painter, const QRectF &track) const
     painter.fillRect(rect(), glow);
 }
 
-void ToggleSwitch::paintTrack(QPainter &painter, const QPainterPath &outline,
-                              const QColor &colour) const
+void ToggleSwitch::paintTrack(QPainter &painter, const QRectF &track) const
 {
-    painter.fillPath(outline, colour);
+    QPainterPath outline;
+    outline.addRoundedRect(track, trackRadius, trackRadius);
+    paintTrackFill(painter, outline, stateColour());
+    paintTrackBorder(painter, outline, hovered ? trackBorderHoverAlpha : trackBorderAlpha);
 }
 
-void ToggleSwitch::paintTrackBorder(QPainter &painter, const QPainterPath &outline) const
-{
-    const int alpha = hovered ? trackBorderHoverAlpha : trackBorderAlpha;
-    painter.strokePath(outline, QPen{white(alpha), trackBorderWidth});
-}
-
-void ToggleSwitch::paintPulseRing(QPainter &painter, const QPointF &centre) const
+void ToggleSwitch::paintPulseRing(QPainter &painter, const QRectF &thumb) const
 {
     const double radius = thumbRadius * pulseScale_;
     painter.setPen(QPen{white(pulseRingAlpha), pulseRingWidth});
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(centre, radius, radius);
+    painter.drawEllipse(thumb.center(), radius, radius);
+}
+
+void ToggleSwitch::paintThumb(QPainter &painter, const QRectF &thumb) const
+{
+    paintThumbShadow(painter, thumb);
+    paintThumbBody(painter, thumb);
+    paintHighlight(painter, thumb);
+    paintRim(painter, thumb);
+    paintPowerSymbol(painter, thumb.center(), stateColour());
 }
 
 } // namespace ui

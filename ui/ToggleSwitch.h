@@ -1,11 +1,12 @@
 #pragma once
 
+#include "ui/KeptPicture.h"
+
 #include <QColor>
 #include <QRectF>
 #include <QWidget>
 
 class QPainter;
-class QPainterPath;
 class QPropertyAnimation;
 class QSequentialAnimationGroup;
 
@@ -16,7 +17,8 @@ namespace ui {
 ///
 /// It shows a state and reports clicks. It never changes its state by itself: what a click means
 /// is its owner's to decide. It draws at one fixed size, centred, whatever its own size.
-/// Nothing runs while nothing moves.
+/// Nothing runs while nothing moves. While only the pulse moves, the ring alone is drawn anew in
+/// every frame: the rest is kept as pictures, which are given back when the change is over.
 class ToggleSwitch : public QWidget
 {
     Q_OBJECT
@@ -63,13 +65,14 @@ private:
     bool changing() const;
     void glide(QPropertyAnimation *animation, double from, double to);
     QColor stateColour() const;
+    int glowAlpha() const;
     QRectF trackRect() const;
     QRectF thumbRect(const QRectF &track) const;
 
     void paintGlow(QPainter &painter, const QRectF &track) const;
-    void paintTrack(QPainter &painter, const QPainterPath &outline, const QColor &colour) const;
-    void paintTrackBorder(QPainter &painter, const QPainterPath &outline) const;
-    void paintPulseRing(QPainter &painter, const QPointF &centre) const;
+    void paintTrack(QPainter &painter, const QRectF &track) const;
+    void paintPulseRing(QPainter &painter, const QRectF &thumb) const;
+    void paintThumb(QPainter &painter, const QRectF &thumb) const;
 
     State state_ = State::Off;
     double thumbPos_ = 0.0;
@@ -79,6 +82,9 @@ private:
     QPropertyAnimation *thumbAnim;
     QPropertyAnimation *mixAnim;
     QSequentialAnimationGroup *pulseGroup;
+    KeptPicture glowPicture;
+    KeptPicture trackPicture;
+    KeptPicture thumbPicture;
 };
 
 } // namespace ui
