@@ -120,6 +120,8 @@ MenuItem::MenuItem(qint32 kind_, const QString &text, QWidget *parent)
     setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setMinimumHeight(rowHeight);
+    // Not every style asks for a new picture when the mouse comes and goes.
+    setAttribute(Qt::WA_Hover);
 }
 
 void MenuItem::setLabel(const QString &label)
