@@ -154,6 +154,8 @@ void SideMenu::fitPanel()
 void SideMenu::placePanel()
 {
     panel->setGeometry(panelRect(open));
+    // Where a slide that is under way has to end now.
+    anim->setEndValue(panelRect(open));
 }
 
 } // namespace ui
