@@ -4,9 +4,10 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextObjectInterface>
+#include <QTextTable>
 #include <QUrl>
 
+#include <utility>
 #include <vector>
 
 namespace ui {
@@ -15,40 +16,44 @@ namespace {
 
 const QColor linkColour{255, 138, 78};
 
+// Each level of tables doubles the toolkit's work, and wide spans multiply cells.
+constexpr int deepestTable = 5;
+constexpr int mostCells = 10'000;
+
 QString linkStyle()
 {
     return QStringLiteral("<style>a{color:#FF8A4E;text-decoration:none;font-weight:600;}</style>");
 }
 
-// A document asks its parent for resources first, and where the parent is a document too it does
-// not look for files itself.
+// A document asks its parent for resources first. An empty answer that is not null also keeps it
+// from decoding those that are part of their own address.
 class ResourceRefusal : public QTextDocument
 {
 public:
     using QTextDocument::QTextDocument;
 
 protected:
-    QVariant loadResource(int /*type*/, const QUrl & /*name*/) override { return {}; }
+    QVariant loadResource(int /*type*/, const QUrl & /*name*/) override { return QByteArray{""}; }
 };
 
-// The toolkit's own image handler tries the name as a file when the document has no such resource.
-class NoImage : public QObject, public QTextObjectInterface
+// Keeps the toolkit's layout away from a text until that is known to be harmless.
+class NoLayout : public QAbstractTextDocumentLayout
 {
-    Q_OBJECT
-    Q_INTERFACES(QTextObjectInterface)
-
 public:
-    using QObject::QObject;
+    using QAbstractTextDocumentLayout::QAbstractTextDocumentLayout;
 
-    QSizeF intrinsicSize(QTextDocument * /*document*/, int /*position*/,
-                         const QTextFormat & /*format*/) override
+    void draw(QPainter * /*painter*/, const PaintContext & /*context*/) override {}
+    int hitTest(const QPointF & /*point*/, Qt::HitTestAccuracy /*accuracy*/) const override
     {
-        return {0.0, 0.0};
+        return -1;
     }
+    int pageCount() const override { return 1; }
+    QSizeF documentSize() const override { return {0.0, 0.0}; }
+    QRectF frameBoundingRect(QTextFrame * /*frame*/) const override { return {}; }
+    QRectF blockBoundingRect(const QTextBlock & /*block*/) const override { return {}; }
 
-    void drawObject(QPainter * /*painter*/, const QRectF & /*rect*/, QTextDocument * /*document*/,
-                    int /*position*/, const QTextFormat & /*format*/) override
-    {}
+protected:
+    void documentChanged(int /*from*/, int /*removed*/, int /*added*/) override {}
 };
 
 bool mayLeaveTheProgram(const QString &address)
@@ -60,44 +65,91 @@ bool mayLeaveTheProgram(const QString &address)
 
 bool isHarmless(const QTextCharFormat &format)
 {
-    const bool plainOrAllowed = !format.isAnchor() || format.anchorHref().isEmpty() ||
-                                mayLeaveTheProgram(format.anchorHref());
-    return plainOrAllowed && format.toolTip().isEmpty();
+    return format.anchorHref().isEmpty() || mayLeaveTheProgram(format.anchorHref());
 }
 
-QTextCharFormat disarmed(QTextCharFormat format)
+QTextCharFormat withoutLink(QTextCharFormat format)
 {
-    format.clearProperty(QTextFormat::TextToolTip);
-    if (!isHarmless(format)) {
-        format.setAnchor(false);
-        format.clearProperty(QTextFormat::AnchorHref);
-        format.clearForeground();
-        format.clearProperty(QTextFormat::FontWeight);
-    }
+    format.setAnchor(false);
+    format.clearProperty(QTextFormat::AnchorHref);
+    format.clearForeground();
+    format.clearProperty(QTextFormat::FontWeight);
+    format.setFontUnderline(false);
     return format;
+}
+
+bool canBeLaidOut(const QTextDocument &document)
+{
+    int cells = 0;
+    std::vector<std::pair<const QTextFrame *, int>> waiting{{document.rootFrame(), 0}};
+    while (!waiting.empty()) {
+        const auto [frame, depth] = waiting.back();
+        waiting.pop_back();
+        if (const auto *const table = qobject_cast<const QTextTable *>(frame)) {
+            cells += table->rows() * table->columns();
+        }
+        if (depth > deepestTable || cells > mostCells) {
+            return false;
+        }
+        for (const QTextFrame *const child : frame->childFrames()) {
+            waiting.emplace_back(child, depth + 1);
+        }
+    }
+    return true;
+}
+
+void dropIfEmpty(const QTextBlock &block)
+{
+    QTextCursor here{block};
+    const QTextCursor next{block.next()};
+    if (block.length() == 1 && block.next().isValid() &&
+        here.currentFrame() == next.currentFrame() &&
+        (here.currentTable() == nullptr ||
+         here.currentTable()->cellAt(here) == next.currentTable()->cellAt(next))) {
+        here.deleteChar();
+    }
 }
 
 void disarm(QTextDocument &document)
 {
-    std::vector<QTextFragment> suspects;
+    if (!canBeLaidOut(document)) {
+        const QStringList lines =
+            document.toPlainText().split(QLatin1Char{'\n'}, Qt::SkipEmptyParts);
+        document.setPlainText(lines.join(QLatin1Char{'\n'}));
+        return;
+    }
+
+    // Not the fragments themselves: they change as their neighbours do.
+    struct Suspect
+    {
+        int start;
+        int end;
+        QTextCharFormat format;
+    };
+    std::vector<Suspect> suspects;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto it = block.begin(); !it.atEnd(); ++it) {
-            if (!isHarmless(it.fragment().charFormat())) {
-                suspects.push_back(it.fragment());
+            const QTextFragment part = it.fragment();
+            const QTextCharFormat format = part.charFormat();
+            if (format.isImageFormat() || !isHarmless(format)) {
+                suspects.push_back({part.position(), part.position() + part.length(), format});
             }
         }
     }
-    // From the end, so that a fragment which merges with its neighbour leaves those before it
-    // where they are.
+    QTextCursor cursor{&document};
+    cursor.beginEditBlock();
+    // From the end, so that what is removed leaves the places before it where they are.
     for (auto it = suspects.rbegin(); it != suspects.rend(); ++it) {
-        QTextCursor cursor{&document};
-        const QTextCharFormat format = disarmed(it->charFormat());
-        const int start = it->position();
-        const int length = it->length();
-        cursor.setPosition(start);
-        cursor.setPosition(start + length, QTextCursor::KeepAnchor);
-        cursor.setCharFormat(format);
+        cursor.setPosition(it->start);
+        cursor.setPosition(it->end, QTextCursor::KeepAnchor);
+        if (it->format.isImageFormat()) {
+            cursor.removeSelectedText();
+            dropIfEmpty(cursor.block());
+        } else {
+            cursor.setCharFormat(withoutLink(it->format));
+        }
     }
+    cursor.endEditBlock();
 }
 
 } // namespace
@@ -105,25 +157,31 @@ void disarm(QTextDocument &document)
 NoticeText::NoticeText(const QString &text, QWidget *parent)
     : QLabel(parent)
 {
-    setWordWrap(true);
     setTextFormat(Qt::RichText);
     setTextInteractionFlags(Qt::TextBrowserInteraction);
     setOpenExternalLinks(true);
     QPalette colours = palette();
     colours.setColor(QPalette::Link, linkColour);
     setPalette(colours);
+
+    // For a label without a name, assistive technology gets a text that is parsed once more, in a
+    // document that loads what it likes.
+    setAccessibleName(QStringLiteral(" "));
     setText(linkStyle() + text);
 
     // The label has made its document by now, but parses the text only when it is measured.
     auto *const document = findChild<QTextDocument *>();
     Q_ASSERT(document != nullptr);
     document->setParent(new ResourceRefusal{this});
-    document->documentLayout()->registerHandler(QTextFormat::ImageObject,
-                                                new NoImage{document->documentLayout()});
+    document->setDocumentLayout(new NoLayout{document});
     sizeHint();
     disarm(*document);
+    document->setDocumentLayout(nullptr);
+    if (!document->isEmpty()) {
+        setAccessibleName(document->toPlainText());
+    }
+    // Also makes the label forget what it has measured.
+    setWordWrap(true);
 }
 
 } // namespace ui
-
-#include "NoticeText.moc"
