@@ -3,6 +3,7 @@
 #include "ui/NoticeText.h"
 
 #include <QDialogButtonBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -30,11 +31,31 @@ QString dialogStyle()
         "QPushButton:hover { background: #FF6A30; }");
 }
 
+// The toolkit's own bars are light. Both lie close to the text and stand back behind it.
+QString scrollStyle()
+{
+    return QStringLiteral(
+        "QAbstractScrollArea, QAbstractScrollArea::corner { background: transparent; }"
+        "QScrollBar { background: transparent; }"
+        "QScrollBar:vertical { width: 10px; }"
+        "QScrollBar:horizontal { height: 10px; }"
+        "QScrollBar::handle { background: rgba(255, 255, 255, 50); border-radius: 3px; }"
+        "QScrollBar::handle:hover, QScrollBar::handle:pressed"
+        " { background: rgba(255, 255, 255, 90); }"
+        "QScrollBar::handle:vertical { min-height: 32px; margin-left: 4px; }"
+        "QScrollBar::handle:horizontal { min-width: 32px; margin-top: 4px; }"
+        "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
+        "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }");
+}
+
 // Takes the label in and shows a part of it.
 QScrollArea *scrolling(QLabel *label)
 {
     auto *const area = new QScrollArea;
+    area->setStyleSheet(scrollStyle());
     area->setFrameShape(QFrame::NoFrame);
+    // The label has the keyboard, and passes on the keys that scroll.
+    area->setFocusPolicy(Qt::NoFocus);
     area->setWidgetResizable(true);
     area->setWidget(label);
     area->viewport()->setAutoFillBackground(false);
@@ -62,6 +83,9 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
 
     auto *const label = new NoticeText{text, this};
     auto *const buttons = new QDialogButtonBox{QDialogButtonBox::Ok, this};
+    QPushButton *const ok = buttons->button(QDialogButtonBox::Ok);
+    // Some styles put a picture on it that goes with no colour of ours.
+    ok->setIcon({});
     column->addWidget(label);
     column->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &NoticeDialog::accept);
@@ -73,8 +97,11 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
     if (column->minimumSize().width() > room.width() || height > room.height()) {
         column->removeWidget(label);
         column->insertWidget(0, scrolling(label));
-        resize(width, std::min(height, room.height()));
+        setTabOrder(label, ok);
+        label->setFocus();
     }
+    // A size left to the toolkit would never be more than two thirds of the screen.
+    resize(width, std::min(height, room.height()));
 }
 
 } // namespace ui
