@@ -1,4 +1,5 @@
 #include "app/Identity.h"
+#include "app/PlainDrawing.h"
 #include "app/SelfTest.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
@@ -6,6 +7,8 @@
 #include "ui/MainWindow.h"
 
 #include <QApplication>
+
+#include <optional>
 
 int main(int argc, char *argv[])
 {
@@ -18,6 +21,7 @@ int main(int argc, char *argv[])
         app::allowMissingDisplay();
     }
 
+    std::optional<app::PlainDrawing> plainDrawing{std::in_place};
     QApplication application{argc, argv};
     app::setIdentity();
     const QStringList arguments = QCoreApplication::arguments();
@@ -29,5 +33,6 @@ int main(int argc, char *argv[])
     MainWindow window;
     const app::SingleInstance::ShowRequests showRequests{instance, &window};
     window.show();
+    plainDrawing.reset();
     return QApplication::exec();
 }
