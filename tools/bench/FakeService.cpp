@@ -1,5 +1,6 @@
 #include "tools/bench/FakeService.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr std::uint16_t servicePort = 47652;
 constexpr std::size_t readSize = 4096;
+constexpr std::size_t writeSize = 65536;
 
 } // namespace
 
@@ -82,18 +84,22 @@ void FakeService::write(const std::string &bytes)
     flush();
 }
 
+// One piece at a time: a program that reads as fast as this writes must not keep the display from
+// being watched.
 void FakeService::flush()
 {
-    while (connection >= 0 && sent < pending.size()) {
-        const ssize_t size =
-            send(connection, pending.data() + sent, pending.size() - sent, MSG_NOSIGNAL);
-        if (size < 0) {
-            return;
-        }
+    if (connection < 0 || sent == pending.size()) {
+        return;
+    }
+    const std::size_t piece = std::min(pending.size() - sent, writeSize);
+    const ssize_t size = send(connection, pending.data() + sent, piece, MSG_NOSIGNAL);
+    if (size > 0) {
         sent += static_cast<std::size_t>(size);
     }
-    pending.clear();
-    sent = 0;
+    if (sent == pending.size()) {
+        pending.clear();
+        sent = 0;
+    }
 }
 
 void FakeService::drop()

@@ -52,7 +52,8 @@ Screen::Screen()
     owned(xcb_damage_query_version_reply(connection, xcb_damage_query_version(connection, 1, 1),
                                          nullptr));
 
-    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    // Answers to pings come under either name.
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection, root, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(connection);
 }
@@ -183,10 +184,14 @@ void Screen::send(xcb_window_t to, xcb_window_t about, std::uint32_t mask, xcb_a
 
 xcb_atom_t Screen::atom(const std::string &name) const
 {
+    const auto known = atoms.find(name);
+    if (known != atoms.end()) {
+        return known->second;
+    }
     const auto cookie =
         xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
     const auto reply = owned(xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : XCB_NONE;
+    return atoms[name] = reply ? reply->atom : XCB_NONE;
 }
 
 std::optional<Screen::Pixels> Screen::pixels(std::int16_t x, std::int16_t y, std::uint16_t width,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -69,6 +70,7 @@ private:
     xcb_window_t tray = XCB_NONE;
     xcb_damage_damage_t damage = XCB_NONE;
     std::uint8_t damageEvent = 0;
+    mutable std::map<std::string, xcb_atom_t> atoms;
     std::vector<std::int64_t> paintingTimes;
     std::uint32_t pingNumber = 0;
     std::optional<std::int64_t> pongTime;

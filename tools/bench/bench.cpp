@@ -35,7 +35,7 @@ constexpr std::int64_t patienceMs = 30'000;
 constexpr std::int64_t quietMs = 3'000;
 constexpr std::int64_t idleMs = 20'000;
 constexpr std::int64_t pulseMs = 10'000;
-constexpr std::int64_t betweenPingsMs = 2;
+constexpr std::int64_t betweenPingsMs = 5;
 constexpr int floodLines = 200'000;
 constexpr int delayLines = 40;
 
