@@ -1,0 +1,1124 @@
+#include "ipc/Protocol.h"
+#include "ipc/ServiceClient.h"
+#include "tools/service-sim/Options.h"
+#include "tools/service-sim/Simulator.h"
+
+#include <QElapsedTimer>
+#include <QHostAddress>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <memory>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+using servicesim::Fault;
+using servicesim::FaultPlan;
+using servicesim::FaultSettings;
+using servicesim::Simulator;
+
+Q_DECLARE_METATYPE(servicesim::Fault)
+
+namespace {
+
+const QStringList wayUp{QStringLiteral("status: fetching"), QStringLiteral("config-bytes: 4096"),
+                        QStringLiteral("status: starting"), QStringLiteral("status: connecting"),
+                        QStringLiteral("status: running")};
+const QStringList wayDown{QStringLiteral("status: stopping"), QStringLiteral("status: stopped")};
+
+const QStringList quick{QStringLiteral("--delay"), QStringLiteral("1")};
+/// Every walk stands still after its first step.
+const QStringList frozen{QStringLiteral("--delay"), QStringLiteral("3600000")};
+
+QStringList beginningIn(const QString &state)
+{
+    return quick + QStringList{QStringLiteral("--state"), state};
+}
+
+QStringList withFaults(const char *faults, const char *probability)
+{
+    return quick + QStringList{QStringLiteral("--faults"), QString::fromLatin1(faults),
+                               QStringLiteral("--fault-probability"),
+                               QString::fromLatin1(probability)};
+}
+
+QStringList always(const char *faults)
+{
+    return withFaults(faults, "1");
+}
+
+servicesim::ParsedOptions parse(const QStringList &arguments)
+{
+    return servicesim::parseOptions(QStringList{QStringLiteral("ixovpn-service-sim")} + arguments);
+}
+
+/// A simulator on any free port, with what it notes.
+class Service
+{
+public:
+    explicit Service(const QStringList &arguments, const QString &port = QStringLiteral("0"))
+    {
+        const servicesim::ParsedOptions parsed =
+            parse(arguments + QStringList{QStringLiteral("--port"), port});
+        if (!parsed.options) {
+            qFatal("Not accepted: %s", qPrintable(parsed.fault));
+        }
+        simulator = std::make_unique<Simulator>(*parsed.options);
+        QObject::connect(simulator.get(), &Simulator::noted, simulator.get(),
+                         [this](const QString &entry) { journal.append(entry); });
+        if (!simulator->listen()) {
+            qFatal("No port: %s", qPrintable(simulator->errorString()));
+        }
+    }
+
+    Simulator *operator->() const { return simulator.get(); }
+
+    /// Without their times.
+    QStringList notes() const
+    {
+        QStringList texts;
+        for (const QString &entry : journal) {
+            texts.append(entry.section(QLatin1Char{' '}, 1));
+        }
+        return texts;
+    }
+    bool noted(const QString &text) const { return notes().contains(text); }
+
+    QStringList journal;
+
+private:
+    std::unique_ptr<Simulator> simulator;
+};
+
+/// A client that says what it is told to say and keeps all that it hears.
+class Client
+{
+public:
+    explicit Client(quint16 port)
+    {
+        QObject::connect(&socket, &QTcpSocket::readyRead, &socket, [this] {
+            pieces.append(socket.readAll());
+            bytes += pieces.constLast();
+        });
+        socket.connectToHost(QHostAddress{QHostAddress::LocalHost}, port);
+        if (!socket.waitForConnected()) {
+            qFatal("No connection: %s", qPrintable(socket.errorString()));
+        }
+    }
+
+    bool isUp() const { return socket.state() == QAbstractSocket::ConnectedState; }
+
+    void send(const QByteArray &raw)
+    {
+        socket.write(raw);
+        socket.flush();
+    }
+    void command(const char *name)
+    {
+        send(QByteArrayLiteral("{\"cmd\":\"") + name + QByteArrayLiteral("\"}\n"));
+    }
+
+    QStringList lines() const
+    {
+        QStringList whole = QString::fromUtf8(bytes).split(QLatin1Char{'\n'});
+        whole.removeLast();
+        return whole;
+    }
+    void clear()
+    {
+        bytes.clear();
+        pieces.clear();
+    }
+
+    QTcpSocket socket;
+    QByteArray bytes;
+    QList<QByteArray> pieces;
+};
+
+QStringList texts(const QSignalSpy &spy)
+{
+    QStringList all;
+    for (const QList<QVariant> &arguments : spy) {
+        all.append(arguments.constFirst().toString());
+    }
+    return all;
+}
+
+QVector<Fault> faults(const FaultSettings &settings, quint32 connection, int count)
+{
+    FaultPlan plan{settings, connection};
+    QVector<Fault> all;
+    for (int i = 0; i < count; ++i) {
+        all.append(plan.next().fault);
+    }
+    return all;
+}
+
+FaultSettings allFaults(double probability, quint32 seed)
+{
+    FaultSettings settings;
+    settings.kinds = {Fault::Close, Fault::Reset, Fault::Silence, Fault::Split, Fault::Crlf};
+    settings.probability = probability;
+    settings.seed = seed;
+    return settings;
+}
+
+/// The program itself, with what it has printed so far.
+class Program : public QProcess
+{
+public:
+    explicit Program(const QStringList &arguments)
+    {
+        connect(this, &QProcess::readyReadStandardOutput, this,
+                [this] { output += QString::fromUtf8(readAllStandardOutput()); });
+        start(QStringLiteral(IXOVPN_SERVICE_SIM), arguments);
+    }
+    ~Program() override
+    {
+        kill();
+        waitForFinished();
+    }
+
+    quint16 port() const
+    {
+        static const QRegularExpression line{
+            QStringLiteral("^listening on 127\\.0\\.0\\.1:([0-9]+)$"),
+            QRegularExpression::MultilineOption};
+        return static_cast<quint16>(line.match(output).captured(1).toUInt());
+    }
+    bool hasEnded() const { return state() == QProcess::NotRunning; }
+    QString errors() { return QString::fromUtf8(readAllStandardError()); }
+
+    QString output;
+};
+
+} // namespace
+
+class tst_ServiceSim : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wayUpAndDown();
+    void walkTakesItsTime();
+    void startStates_data();
+    void startStates();
+    void startStateInTheMiddleOfAWalkStays();
+    void connectWhenUp();
+    void connectOnTheWayUp();
+    void connectOnTheWayDown();
+    void disconnectWhenDown_data();
+    void disconnectWhenDown();
+    void disconnectOnTheWayUp();
+    void disconnectForgetsTheWayUpThatWasToFollow();
+    void disconnectBeforeTheNextWayUpBegins();
+    void answersGoToTheOneThatAsked();
+    void everyClientHearsTheWalk();
+    void failures_data();
+    void failures();
+    void failureForgetsTheWayUpThatWasToFollow();
+    void walksAgainAfterAFailure();
+    void expiredSubscription();
+    void configSize();
+    void notices();
+    void delayedNoticeToAClientThatHasGone();
+    void languageAndReferralCode();
+    void commandsAreNotedWithTheirTime();
+    void malformedCommands_data();
+    void malformedCommands();
+    void endlessLine();
+    void lineWithoutEnd();
+    void commandInPieces();
+    void linesAsTheyStand();
+    void linesAsTheyStandKeepTheirTurn();
+
+    void sameSeedSameFaults();
+    void otherSeedOrConnectionOtherFaults();
+    void faultProbability();
+    void onlyTheChosenFaults();
+    void splitPositionsAreShares();
+    void sameSeedSameFaultsOnTheWire();
+    void closes();
+    void resets();
+    void isSilent();
+    void splitsLines();
+    void endsLinesInCrlf();
+    void realClientWalks_data();
+    void realClientWalks();
+    void realClientComesBackAfterAFault();
+
+    void options();
+    void noticeOptions();
+    void orderOfFaultNamesIsOfNoMatter();
+    void badOptions_data();
+    void badOptions();
+
+    void help();
+    void badOptionsEndTheProgram();
+    void portTaken();
+    void listensOnTheUsualPort();
+    void printsWhatItDoes();
+    void quietProgram();
+    void inputGoesToTheClients();
+    void endsOnASignal_data();
+    void endsOnASignal();
+};
+
+void tst_ServiceSim::wayUpAndDown()
+{
+    const Service service{quick};
+    Client client{service->port()};
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), wayUp);
+    client.clear();
+    client.command("disconnect");
+    QTRY_COMPARE(client.lines(), wayDown);
+    client.command("status");
+    QTRY_COMPARE(client.lines(), wayDown + QStringList{QStringLiteral("status: stopped")});
+}
+
+void tst_ServiceSim::walkTakesItsTime()
+{
+    constexpr qint64 delay = 40;
+    const Service service{{QStringLiteral("--delay"), QString::number(delay)}};
+    Client client{service->port()};
+    QElapsedTimer time;
+    time.start();
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), wayUp);
+    // Four delays; timers of this grain may fire a little early.
+    QVERIFY2(time.elapsed() >= 3 * delay, qPrintable(QString::number(time.elapsed())));
+}
+
+void tst_ServiceSim::startStates_data()
+{
+    QTest::addColumn<QString>("word");
+    for (const char *const word :
+         {"stopped", "disconnected", "fetching", "fetching config", "starting", "connecting",
+          "running", "stopping", "subscription_expired", "failed", "failed: no route"}) {
+        QTest::newRow(word) << QString::fromLatin1(word);
+    }
+}
+
+void tst_ServiceSim::startStates()
+{
+    QFETCH(QString, word);
+    const Service service{beginningIn(word)};
+    Client client{service->port()};
+    client.command("status");
+    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: ") + word});
+}
+
+void tst_ServiceSim::startStateInTheMiddleOfAWalkStays()
+{
+    const Service service{beginningIn(QStringLiteral("connecting"))};
+    Client client{service->port()};
+    client.command("disconnect");
+    QTRY_COMPARE(client.lines(), wayDown);
+
+    const Service other{beginningIn(QStringLiteral("stopping"))};
+    Client second{other->port()};
+    second.command("connect");
+    QTRY_COMPARE(second.lines(), wayUp);
+}
+
+void tst_ServiceSim::connectWhenUp()
+{
+    const Service service{beginningIn(QStringLiteral("running"))};
+    Client client{service->port()};
+    client.command("connect");
+    client.command("status");
+    QTRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: running"),
+                                              QStringLiteral("status: running")}));
+}
+
+void tst_ServiceSim::connectOnTheWayUp()
+{
+    const Service service{frozen};
+    Client client{service->port()};
+    client.command("connect");
+    client.command("connect");
+    client.command("status");
+    const QString here = QStringLiteral("status: fetching");
+    QTRY_COMPARE(client.lines(), (QStringList{here, here, here}));
+}
+
+void tst_ServiceSim::connectOnTheWayDown()
+{
+    const Service service{beginningIn(QStringLiteral("running"))};
+    Client client{service->port()};
+    client.send("{\"cmd\":\"disconnect\"}\n{\"cmd\":\"connect\"}\n");
+    const QStringList answer{QStringLiteral("status: stopping")};
+    QTRY_COMPARE(client.lines(), answer + wayDown + wayUp);
+}
+
+void tst_ServiceSim::disconnectWhenDown_data()
+{
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<QString>("answer");
+    const auto row = [](const char *word, const char *answer) {
+        QTest::newRow(word) << QString::fromLatin1(word) << QString::fromLatin1(answer);
+    };
+    row("stopped", "status: stopped");
+    row("disconnected", "status: disconnected");
+    row("failed: no route", "status: stopped");
+    row("subscription_expired", "status: stopped");
+}
+
+void tst_ServiceSim::disconnectWhenDown()
+{
+    QFETCH(QString, word);
+    QFETCH(QString, answer);
+    const Service service{beginningIn(word)};
+    Client client{service->port()};
+    client.command("disconnect");
+    client.command("status");
+    QTRY_COMPARE(client.lines(), (QStringList{answer, answer}));
+}
+
+void tst_ServiceSim::disconnectOnTheWayUp()
+{
+    const Service service{quick};
+    Client client{service->port()};
+    client.send("{\"cmd\":\"connect\"}\n{\"cmd\":\"disconnect\"}\n");
+    const QStringList expected = QStringList{QStringLiteral("status: fetching")} + wayDown;
+    QTRY_COMPARE(client.lines(), expected);
+    client.command("status");
+    QTRY_COMPARE(client.lines(), expected + QStringList{QStringLiteral("status: stopped")});
+}
+
+void tst_ServiceSim::disconnectForgetsTheWayUpThatWasToFollow()
+{
+    const Service service{beginningIn(QStringLiteral("running"))};
+    Client client{service->port()};
+    client.send("{\"cmd\":\"disconnect\"}\n{\"cmd\":\"connect\"}\n{\"cmd\":\"disconnect\"}\n");
+    const QString answer = QStringLiteral("status: stopping");
+    const QStringList expected = QStringList{answer, answer} + wayDown;
+    QTRY_COMPARE(client.lines(), expected);
+    // Had the way up not been forgotten, this one would be on it.
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), expected + wayUp);
+}
+
+void tst_ServiceSim::disconnectBeforeTheNextWayUpBegins()
+{
+    servicesim::TunnelSettings settings;
+    settings.startState = QStringLiteral("running");
+    settings.stepDelay = std::chrono::milliseconds{1};
+    servicesim::Tunnel tunnel{settings};
+    QSignalSpy said{&tunnel, &servicesim::Tunnel::said};
+    bool freeAgain = false;
+    connect(&tunnel, &servicesim::Tunnel::said, this, [&tunnel, &freeAgain](const QString &line) {
+        if (line == QLatin1String{"status: stopped"}) {
+            QMetaObject::invokeMethod(
+                &tunnel,
+                [&tunnel, &freeAgain] {
+                    const bool nothingSaid = !tunnel.requestDown();
+                    freeAgain = nothingSaid && tunnel.requestUp();
+                },
+                Qt::QueuedConnection);
+        }
+    });
+    QVERIFY(tunnel.requestDown());
+    QVERIFY(!tunnel.requestUp());
+    QTRY_COMPARE(texts(said), wayDown + wayUp);
+    QVERIFY(freeAgain);
+}
+
+void tst_ServiceSim::answersGoToTheOneThatAsked()
+{
+    const Service service{quick};
+    Client asking{service->port()};
+    Client other{service->port()};
+    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    asking.command("status");
+    QTRY_COMPARE(asking.lines(), QStringList{QStringLiteral("status: stopped")});
+    other.command("connect");
+    QTRY_COMPARE(other.lines(), wayUp);
+    QTRY_COMPARE(asking.lines(), QStringList{QStringLiteral("status: stopped")} + wayUp);
+}
+
+void tst_ServiceSim::everyClientHearsTheWalk()
+{
+    const Service service{quick};
+    Client first{service->port()};
+    Client second{service->port()};
+    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    {
+        const Client third{service->port()};
+        QTRY_VERIFY(service.noted(QStringLiteral("#3 connected")));
+    }
+    first.command("connect");
+    QTRY_COMPARE(first.lines(), wayUp);
+    QTRY_COMPARE(second.lines(), wayUp);
+    second.command("disconnect");
+    QTRY_COMPARE(first.lines(), wayUp + wayDown);
+    QTRY_COMPARE(second.lines(), wayUp + wayDown);
+    QTRY_VERIFY(service.noted(QStringLiteral("#3 disconnected")));
+}
+
+void tst_ServiceSim::failures_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QStringList>("expected");
+
+    const QString at = QStringLiteral("--fail-at");
+    const auto text = [](const char *latin) { return QString::fromLatin1(latin); };
+    const auto steps = [](int count, const QString &end) {
+        return QStringList{wayUp.mid(0, count)} + QStringList{end};
+    };
+    const QString usual = text("status: failed: simulated failure");
+    QTest::newRow("fetching") << QStringList{at, text("fetching")} << steps(1, usual);
+    QTest::newRow("config") << QStringList{at, text("config")} << steps(2, usual);
+    QTest::newRow("starting") << QStringList{at, text("starting")} << steps(3, usual);
+    QTest::newRow("connecting") << QStringList{at, text("connecting")} << steps(4, usual);
+    QTest::newRow("running") << QStringList{at, text("running")} << steps(5, usual);
+    QTest::newRow("own text") << QStringList{at, text("starting"), text("--fail-text"),
+                                             text("no route")}
+                              << steps(3, text("status: failed: no route"));
+    QTest::newRow("as an error") << QStringList{at, text("starting"), text("--fail-as"),
+                                                text("error")}
+                                 << steps(3, text("error: simulated failure"));
+}
+
+void tst_ServiceSim::failures()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QStringList, expected);
+    const Service service{quick + arguments};
+    Client client{service->port()};
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), expected);
+    client.clear();
+    client.command("status");
+    QTRY_COMPARE(client.lines().size(), 1);
+    QVERIFY(client.lines().constFirst().startsWith(QLatin1String{"status: failed: "}));
+}
+
+void tst_ServiceSim::failureForgetsTheWayUpThatWasToFollow()
+{
+    const Service service{beginningIn(QStringLiteral("running")) +
+                          QStringList{QStringLiteral("--fail-at"), QStringLiteral("stopping")}};
+    Client client{service->port()};
+    client.send("{\"cmd\":\"disconnect\"}\n{\"cmd\":\"connect\"}\n");
+    const QString stopping = QStringLiteral("status: stopping");
+    const QStringList failed{stopping, stopping,
+                             QStringLiteral("status: failed: simulated failure")};
+    QTRY_COMPARE(client.lines(), failed);
+    client.command("disconnect");
+    QTRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")});
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")} + wayUp);
+}
+
+void tst_ServiceSim::walksAgainAfterAFailure()
+{
+    const Service service{quick +
+                          QStringList{QStringLiteral("--fail-at"), QStringLiteral("fetching")}};
+    Client client{service->port()};
+    const QStringList expected{QStringLiteral("status: fetching"),
+                               QStringLiteral("status: failed: simulated failure")};
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), expected);
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), expected + expected);
+}
+
+void tst_ServiceSim::expiredSubscription()
+{
+    const Service service{quick + QStringList{QStringLiteral("--expired")}};
+    Client client{service->port()};
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: fetching"),
+                                              QStringLiteral("error: subscription_expired")}));
+    client.clear();
+    client.command("status");
+    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: subscription_expired")});
+}
+
+void tst_ServiceSim::configSize()
+{
+    const Service service{quick + QStringList{QStringLiteral("--config-bytes"),
+                                              QStringLiteral("18446744073709551615")}};
+    Client client{service->port()};
+    client.command("connect");
+    QTRY_VERIFY(client.lines().contains(QStringLiteral("config-bytes: 18446744073709551615")));
+}
+
+void tst_ServiceSim::notices()
+{
+    const Service service{{QStringLiteral("--notice"), QStringLiteral("@60 later"),
+                           QStringLiteral("--notice"), QStringLiteral("first"),
+                           QStringLiteral("--notice"), QString::fromUtf8("второй <b>2</b>")}};
+    const QStringList expected{QStringLiteral("notice: first"),
+                               QString::fromUtf8("notice: второй <b>2</b>"),
+                               QStringLiteral("notice: later")};
+    const Client client{service->port()};
+    QTRY_COMPARE(client.lines(), expected);
+    const Client second{service->port()};
+    QTRY_COMPARE(second.lines(), expected);
+    QCOMPARE(client.lines(), expected);
+}
+
+void tst_ServiceSim::delayedNoticeToAClientThatHasGone()
+{
+    const Service service{{QStringLiteral("--notice"), QStringLiteral("@20 for nobody"),
+                           QStringLiteral("--notice"), QStringLiteral("@60 for the second")}};
+    {
+        const Client client{service->port()};
+        QTRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
+    }
+    QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+    const Client second{service->port()};
+    QTRY_VERIFY(second.lines().contains(QStringLiteral("notice: for the second")));
+    QVERIFY(!service.noted(QStringLiteral("#1 > notice: for the second")));
+}
+
+void tst_ServiceSim::languageAndReferralCode()
+{
+    const Service service{quick};
+    QCOMPARE(service->language(), QString{});
+    QCOMPARE(service->referralCode(), QString{});
+    Client client{service->port()};
+    client.send("{\"cmd\":\"set-lang\",\"lang\":\"br\"}\n");
+    client.send("{\"cmd\":\"set-referral\",\"code\":\"ab12CD\"}\n");
+    QTRY_COMPARE(service->referralCode(), QStringLiteral("ab12CD"));
+    QCOMPARE(service->language(), QStringLiteral("br"));
+    QVERIFY(service.noted(QStringLiteral("language: br")));
+    QVERIFY(service.noted(QStringLiteral("referral code: ab12CD")));
+
+    Client second{service->port()};
+    second.send("{\"cmd\":\"set-lang\",\"lang\":\"ja\"}\n");
+    QTRY_COMPARE(service->language(), QStringLiteral("ja"));
+    QCOMPARE(service->referralCode(), QStringLiteral("ab12CD"));
+    QVERIFY(client.lines().isEmpty());
+}
+
+void tst_ServiceSim::commandsAreNotedWithTheirTime()
+{
+    const Service service{quick};
+    Client client{service->port()};
+    client.command("status");
+    QTRY_COMPARE(client.lines().size(), 1);
+    static const QRegularExpression entry{QStringLiteral(
+        "^[0-2][0-9]:[0-5][0-9]:[0-5][0-9]\\.[0-9]{3} #1 < \\{\"cmd\":\"status\"\\}$")};
+    QCOMPARE(service.journal.filter(entry).size(), 1);
+    QVERIFY(service.noted(QStringLiteral("#1 > status: stopped")));
+}
+
+void tst_ServiceSim::malformedCommands_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    const auto row = [](const char *name, const QByteArray &line) { QTest::newRow(name) << line; };
+    row("nothing", "");
+    row("no JSON", "connect");
+    row("half an object", R"({"cmd":"connect")");
+    row("array", R"(["connect"])");
+    row("no command", "{}");
+    row("no text", R"({"cmd":1})");
+    row("unknown", R"({"cmd":"restart"})");
+    row("other case", R"({"cmd":"Connect"})");
+    row("too much", R"({"cmd":"connect","lang":"de"})");
+    row("language missing", R"({"cmd":"set-lang"})");
+    row("language no text", R"({"cmd":"set-lang","lang":7})");
+    row("language empty", R"({"cmd":"set-lang","lang":""})");
+    row("code missing", R"({"cmd":"set-referral","lang":"de"})");
+    row("code too short", R"({"cmd":"set-referral","code":"abc12"})");
+    row("code too long", R"({"cmd":"set-referral","code":"abc1234"})");
+    row("code with a line feed", R"({"cmd":"set-referral","code":"abc123\n"})");
+    row("code beyond ASCII", "{\"cmd\":\"set-referral\",\"code\":\"абв123\"}");
+    row("not UTF-8", QByteArray{"{\"cmd\":\"conn\xff\xfe\"}"});
+    row("terminal control", QByteArray{"\x1b[2J\x07"});
+    row("zero byte", QByteArray{"{\"cmd\":\"connect\"}\0x", 19});
+}
+
+void tst_ServiceSim::malformedCommands()
+{
+    QFETCH(QByteArray, line);
+    const Service service{quick};
+    Client client{service->port()};
+    client.send(line + '\n');
+    client.command("status");
+    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
+    QCOMPARE(service.notes().filter(QStringLiteral("#1 malformed: ")).size(), 1);
+    QCOMPARE(service->language(), QString{});
+    QCOMPARE(service->referralCode(), QString{});
+    for (const QString &entry : service.journal) {
+        QVERIFY2(std::all_of(entry.begin(), entry.end(), [](QChar c) { return c.isPrint(); }),
+                 qPrintable(entry));
+    }
+}
+
+void tst_ServiceSim::endlessLine()
+{
+    const Service service{quick};
+    Client client{service->port()};
+    client.send(QByteArray(300'000, 'x'));
+    QTRY_COMPARE(service.notes().filter(QStringLiteral("#1 malformed: longer than")).size(), 1);
+    client.send("x\n");
+    client.command("status");
+    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
+    QCOMPARE(service.notes().filter(QStringLiteral("malformed")).size(), 1);
+}
+
+void tst_ServiceSim::lineWithoutEnd()
+{
+    const Service service{quick};
+    {
+        Client client{service->port()};
+        QTRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
+        client.send(R"({"cmd":"connect"})");
+        client.socket.disconnectFromHost();
+        QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+    }
+    QVERIFY(service.noted(QStringLiteral("#1 malformed: no line feed at the end")));
+    Client second{service->port()};
+    second.command("status");
+    QTRY_COMPARE(second.lines(), QStringList{QStringLiteral("status: stopped")});
+}
+
+void tst_ServiceSim::commandInPieces()
+{
+    const Service service{quick};
+    Client client{service->port()};
+    client.command("status");
+    QTRY_COMPARE(client.lines().size(), 1);
+    client.send("{\"cmd\":");
+    Client other{service->port()};
+    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    client.send("\"status\"}\r\n{\"cmd\":\"sta");
+    client.send("tus\"}\n");
+    QTRY_COMPARE(client.lines().size(), 3);
+    QVERIFY(service.notes().filter(QStringLiteral("malformed")).isEmpty());
+}
+
+void tst_ServiceSim::linesAsTheyStand()
+{
+    const Service service{quick};
+    Client first{service->port()};
+    const Client second{service->port()};
+    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    const QByteArray odd{"  status: running\r\xff\x1b"};
+    service->sendAsItStands(odd);
+    service->sendAsItStands({});
+    QTRY_COMPARE(first.bytes, odd + "\n\n");
+    QTRY_COMPARE(second.bytes, odd + "\n\n");
+    // They are only words.
+    first.clear();
+    first.command("status");
+    QTRY_COMPARE(first.lines(), QStringList{QStringLiteral("status: stopped")});
+}
+
+void tst_ServiceSim::linesAsTheyStandKeepTheirTurn()
+{
+    const Service service{always("split")};
+    Client client{service->port()};
+    client.command("status");
+    QTRY_VERIFY(!service.notes().filter(QStringLiteral("#1 fault: split")).isEmpty());
+    service->sendAsItStands("notice: second");
+    QTRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: stopped"),
+                                              QStringLiteral("notice: second")}));
+}
+
+void tst_ServiceSim::sameSeedSameFaults()
+{
+    QCOMPARE(faults(allFaults(0.5, 7), 3, 500), faults(allFaults(0.5, 7), 3, 500));
+}
+
+void tst_ServiceSim::otherSeedOrConnectionOtherFaults()
+{
+    QVERIFY(faults(allFaults(0.5, 7), 3, 500) != faults(allFaults(0.5, 8), 3, 500));
+    QVERIFY(faults(allFaults(0.5, 7), 3, 500) != faults(allFaults(0.5, 7), 4, 500));
+}
+
+void tst_ServiceSim::faultProbability()
+{
+    const auto spoilt = [](double probability) {
+        const QVector<Fault> all = faults(allFaults(probability, 1), 1, 2000);
+        return all.size() - all.count(Fault::None);
+    };
+    QCOMPARE(spoilt(0.0), 0);
+    QCOMPARE(spoilt(1.0), 2000);
+    const int some = spoilt(0.25);
+    QVERIFY2(some > 400 && some < 600, qPrintable(QString::number(some)));
+}
+
+void tst_ServiceSim::onlyTheChosenFaults()
+{
+    FaultSettings settings = allFaults(1.0, 1);
+    const QVector<Fault> all = faults(settings, 1, 500);
+    for (const Fault kind : settings.kinds) {
+        QVERIFY(all.count(kind) > 50);
+    }
+    settings.kinds = {Fault::Reset, Fault::Crlf};
+    const QVector<Fault> two = faults(settings, 1, 500);
+    QCOMPARE(two.count(Fault::Reset) + two.count(Fault::Crlf), 500);
+    QVERIFY(two.count(Fault::Reset) > 150);
+    settings.kinds.clear();
+    QCOMPARE(faults(settings, 1, 500).count(Fault::None), 500);
+}
+
+void tst_ServiceSim::splitPositionsAreShares()
+{
+    FaultPlan plan{allFaults(1.0, 1), 1};
+    double least = 1.0;
+    double most = 0.0;
+    for (int i = 0; i < 500; ++i) {
+        const double position = plan.next().position;
+        least = std::min(least, position);
+        most = std::max(most, position);
+    }
+    QVERIFY(least >= 0.0 && least < 0.1);
+    QVERIFY(most < 1.0 && most > 0.9);
+}
+
+void tst_ServiceSim::sameSeedSameFaultsOnTheWire()
+{
+    const auto run = [](const char *seed) {
+        const Service service{withFaults("silence,crlf", "0.4") +
+                              QStringList{QStringLiteral("--silence"), QStringLiteral("2"),
+                                          QStringLiteral("--seed"), QString::fromLatin1(seed)}};
+        Client client{service->port()};
+        constexpr int count = 60;
+        for (int i = 0; i < count; ++i) {
+            client.command("status");
+        }
+        const bool answered = QTest::qWaitFor(
+            [&service] { return service.notes().filter(QStringLiteral("#1 > ")).size() == count; });
+        service->sendAsItStands("end");
+        const bool heard = QTest::qWaitFor([&client] { return client.bytes.endsWith("end\n"); });
+        return answered && heard ? client.bytes : QByteArray{};
+    };
+    const QByteArray first = run("5");
+    QVERIFY(!first.isEmpty());
+    QCOMPARE(run("5"), first);
+    QVERIFY(run("6") != first);
+}
+
+void tst_ServiceSim::closes()
+{
+    const Service service{always("close")};
+    Client client{service->port()};
+    client.command("status");
+    QTRY_COMPARE(client.socket.state(), QAbstractSocket::UnconnectedState);
+    QVERIFY(client.bytes.isEmpty());
+    QVERIFY(service.noted(QStringLiteral("#1 fault: close")));
+    QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+}
+
+void tst_ServiceSim::resets()
+{
+    const Service service{always("reset")};
+    // Qt's sockets report an orderly end and a reset by the same error.
+    const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const auto closing = qScopeGuard([fd] { close(fd); });
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(service->port());
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    QCOMPARE(::connect(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    const QByteArray command{"{\"cmd\":\"status\"}\n"};
+    QCOMPARE(::send(fd, command.constData(), static_cast<size_t>(command.size()), 0),
+             ssize_t{command.size()});
+    QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+    QVERIFY(service.noted(QStringLiteral("#1 fault: reset")));
+    char byte = 0;
+    QCOMPARE(recv(fd, &byte, 1, 0), ssize_t{-1});
+    QCOMPARE(errno, ECONNRESET);
+}
+
+void tst_ServiceSim::isSilent()
+{
+    const Service service{always("silence") +
+                          QStringList{QStringLiteral("--silence"), QStringLiteral("3")}};
+    Client client{service->port()};
+    client.command("connect");
+    QTRY_VERIFY(service.noted(QStringLiteral("> status: running")));
+    service->sendAsItStands("end");
+    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("end")});
+    QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: silence")).size(), 2);
+    QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: silent")).size(), 3);
+    QVERIFY(client.isUp());
+}
+
+void tst_ServiceSim::splitsLines()
+{
+    const Service service{always("split")};
+    Client client{service->port()};
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), wayUp);
+    QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: split after ")).size(), wayUp.size());
+    QVERIFY(std::any_of(client.pieces.begin(), client.pieces.end(),
+                        [](const QByteArray &piece) { return !piece.endsWith('\n'); }));
+}
+
+void tst_ServiceSim::endsLinesInCrlf()
+{
+    const Service service{always("crlf")};
+    Client client{service->port()};
+    client.command("status");
+    QTRY_COMPARE(client.bytes, QByteArray{"status: stopped\r\n"});
+}
+
+void tst_ServiceSim::realClientWalks_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("sound") << quick;
+    QTest::newRow("split") << always("split");
+    QTest::newRow("crlf") << always("crlf");
+    QTest::newRow("both at times") << withFaults("split,crlf", "0.5");
+}
+
+void tst_ServiceSim::realClientWalks()
+{
+    QFETCH(QStringList, arguments);
+    const Service service{arguments, QString::number(ipc::protocol::servicePort)};
+    ipc::ServiceClient client{nullptr};
+    const QSignalSpy up{&client, &ipc::ServiceClient::connectionChanged};
+    QSignalSpy heard{&client, &ipc::ServiceClient::messageReceived};
+    client.connectToService();
+    QTRY_COMPARE(up.size(), 1);
+
+    client.send(ipc::protocol::setLanguageCommand,
+                {{QString{ipc::protocol::languageKey}, QStringLiteral("de")}});
+    client.send(ipc::protocol::setReferralCommand,
+                {{QString{ipc::protocol::referralCodeKey}, QStringLiteral("ABC123")}});
+    client.send(ipc::protocol::connectCommand);
+    QTRY_COMPARE(texts(heard), wayUp);
+    heard.clear();
+    client.send(ipc::protocol::disconnectCommand);
+    QTRY_COMPARE(texts(heard), wayDown);
+    heard.clear();
+    client.send(ipc::protocol::statusCommand);
+    QTRY_COMPARE(texts(heard), QStringList{QStringLiteral("status: stopped")});
+    QCOMPARE(service->language(), QStringLiteral("de"));
+    QCOMPARE(service->referralCode(), QStringLiteral("ABC123"));
+    QVERIFY(service.notes().filter(QStringLiteral("malformed")).isEmpty());
+}
+
+void tst_ServiceSim::realClientComesBackAfterAFault()
+{
+    const Service service{always("close,reset"), QString::number(ipc::protocol::servicePort)};
+    ipc::ServiceClient client{nullptr};
+    const QSignalSpy changes{&client, &ipc::ServiceClient::connectionChanged};
+    connect(&client, &ipc::ServiceClient::connectionChanged, this, [&client](bool connected) {
+        if (connected) {
+            client.send(ipc::protocol::statusCommand);
+        }
+    });
+    client.connectToService();
+    QTRY_VERIFY(service.noted(QStringLiteral("#2 disconnected")));
+    QTRY_COMPARE(texts(changes), (QStringList{QStringLiteral("true"), QStringLiteral("false"),
+                                              QStringLiteral("true"), QStringLiteral("false")}));
+}
+
+void tst_ServiceSim::options()
+{
+    const auto usual = parse({}).options;
+    QVERIFY(usual);
+    QCOMPARE(usual->port, quint16{47652});
+    QVERIFY(!usual->quiet);
+    QCOMPARE(usual->tunnel.startState, QStringLiteral("stopped"));
+    QCOMPARE(usual->tunnel.stepDelay, std::chrono::milliseconds{400});
+    QVERIFY(!usual->tunnel.failure);
+    QVERIFY(!usual->tunnel.expired);
+    QVERIFY(usual->faults.kinds.isEmpty());
+    QVERIFY(usual->notices.isEmpty());
+
+    const auto chosen =
+        parse({QStringLiteral("--port=1"), QStringLiteral("--quiet"),
+               QStringLiteral("--seed=4294967295"), QStringLiteral("--faults=close"),
+               QStringLiteral("--silence=9"), QStringLiteral("--fault-probability=0.75")})
+            .options;
+    QVERIFY(chosen);
+    QCOMPARE(chosen->port, quint16{1});
+    QVERIFY(chosen->quiet);
+    QCOMPARE(chosen->faults.seed, 4294967295U);
+    QCOMPARE(chosen->faults.kinds, QVector<Fault>{Fault::Close});
+    QCOMPARE(chosen->faults.silentLines, 9);
+    QCOMPARE(chosen->faults.probability, 0.75);
+}
+
+void tst_ServiceSim::noticeOptions()
+{
+    const auto parsed =
+        parse({QStringLiteral("--notice=plain"), QStringLiteral("--notice=@250 two words"),
+               QStringLiteral("--notice=@home"), QStringLiteral("--notice=@0 @1 x")})
+            .options;
+    QVERIFY(parsed);
+    const QVector<servicesim::Notice> &notices = parsed->notices;
+    QCOMPARE(notices.size(), 4);
+    QCOMPARE(notices.at(0).text, QStringLiteral("plain"));
+    QCOMPARE(notices.at(0).delay.count(), 0);
+    QCOMPARE(notices.at(1).text, QStringLiteral("two words"));
+    QCOMPARE(notices.at(1).delay.count(), 250);
+    QCOMPARE(notices.at(2).text, QStringLiteral("@home"));
+    QCOMPARE(notices.at(3).text, QStringLiteral("@1 x"));
+}
+
+void tst_ServiceSim::orderOfFaultNamesIsOfNoMatter()
+{
+    const auto one = parse({QStringLiteral("--faults=crlf,close,crlf")}).options;
+    const auto other = parse({QStringLiteral("--faults=close,crlf")}).options;
+    QVERIFY(one && other);
+    QCOMPARE(one->faults.kinds, other->faults.kinds);
+}
+
+void tst_ServiceSim::badOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("word");
+    const auto row = [](const char *line, const char *word) {
+        QTest::newRow(QByteArray{line}.replace('\n', "\\n").constData())
+            << QString::fromLatin1(line).split(QLatin1Char{'|'}) << QString::fromLatin1(word);
+    };
+    row("--no-such", "no-such");
+    row("word", "word");
+    row("--port|65536", "--port");
+    row("--port|-1", "--port");
+    row("--port|http", "--port");
+    row("--port", "port");
+    row("--delay|3600001", "--delay");
+    row("--delay|0.5", "--delay");
+    row("--config-bytes|1k", "--config-bytes");
+    row("--seed|4294967296", "--seed");
+    row("--state|Running", "Running");
+    row("--state|", "--state");
+    row("--state|failed\nstatus: x", "--state");
+    row("--fail-at|stopped", "--fail-at");
+    row("--fail-at|starting|--fail-as|word", "--fail-as");
+    row("--fail-at|starting|--fail-text|", "--fail-text");
+    row("--fail-text|no route", "--fail-at");
+    row("--fail-as|error", "--fail-at");
+    row("--expired|--fail-at|starting", "--expired");
+    row("--notice|", "--notice");
+    row("--notice|@5 ", "--notice");
+    row("--notice|two\nlines", "--notice");
+    row("--notice|@3600001 late", "--notice");
+    row("--faults|fire", "--faults");
+    row("--faults|", "--faults");
+    row("--faults|close|--fault-probability|1.1", "--fault-probability");
+    row("--faults|close|--fault-probability|nan", "--fault-probability");
+    row("--faults|close|--silence|x", "--silence");
+    row("--fault-probability|0.5", "--faults");
+    row("--silence|5", "--faults");
+}
+
+void tst_ServiceSim::badOptions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, word);
+    const servicesim::ParsedOptions parsed = parse(arguments);
+    QVERIFY(!parsed.options);
+    QVERIFY2(parsed.fault.contains(word), qPrintable(parsed.fault));
+}
+
+void tst_ServiceSim::help()
+{
+    Program program{{QStringLiteral("--help")}};
+    QTRY_VERIFY(program.hasEnded());
+    QCOMPARE(program.exitCode(), 0);
+    QVERIFY(program.output.contains(QLatin1String{"--fail-at <step>"}));
+}
+
+void tst_ServiceSim::badOptionsEndTheProgram()
+{
+    Program program{{QStringLiteral("--delay"), QStringLiteral("soon")}};
+    QTRY_VERIFY(program.hasEnded());
+    QCOMPARE(program.exitCode(), 2);
+    QVERIFY(program.errors().contains(QLatin1String{"--delay"}));
+    QVERIFY(program.output.isEmpty());
+}
+
+void tst_ServiceSim::portTaken()
+{
+    QTcpServer occupant;
+    QVERIFY(occupant.listen(QHostAddress::LocalHost));
+    const QString port = QString::number(occupant.serverPort());
+    Program program{{QStringLiteral("--port"), port}};
+    QTRY_VERIFY(program.hasEnded());
+    QCOMPARE(program.exitCode(), 1);
+    QVERIFY(program.errors().contains(QLatin1String{"127.0.0.1:"} + port));
+    QVERIFY(program.output.isEmpty());
+}
+
+void tst_ServiceSim::listensOnTheUsualPort()
+{
+    const Program program{{}};
+    QTRY_COMPARE(program.output, QStringLiteral("listening on 127.0.0.1:47652\n"));
+}
+
+void tst_ServiceSim::printsWhatItDoes()
+{
+    const Program program{quick + QStringList{QStringLiteral("--port"), QStringLiteral("0")}};
+    QTRY_VERIFY(program.port() != 0);
+    Client client{program.port()};
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), wayUp);
+    QTRY_VERIFY(program.output.endsWith(QLatin1String{" > status: running\n"}));
+    QVERIFY(program.output.contains(QLatin1String{" #1 < {\"cmd\":\"connect\"}\n"}));
+}
+
+void tst_ServiceSim::quietProgram()
+{
+    const Program program{quick + QStringList{QStringLiteral("--quiet"), QStringLiteral("--port"),
+                                              QStringLiteral("0")}};
+    QTRY_VERIFY(program.port() != 0);
+    Client client{program.port()};
+    client.send("nonsense\n");
+    client.command("connect");
+    QTRY_COMPARE(client.lines(), wayUp);
+    QCOMPARE(program.output.count(QLatin1Char{'\n'}), 1);
+}
+
+void tst_ServiceSim::inputGoesToTheClients()
+{
+    Program program{quick + QStringList{QStringLiteral("--port"), QStringLiteral("0")}};
+    QTRY_VERIFY(program.port() != 0);
+    Client client{program.port()};
+    QTRY_VERIFY(program.output.contains(QLatin1String{"#1 connected"}));
+    program.write("notice: one\n\nerror: tw");
+    QTRY_COMPARE(client.bytes, QByteArray{"notice: one\n\n"});
+    program.write("o\nlast");
+    QTRY_COMPARE(client.lines().size(), 3);
+    program.closeWriteChannel();
+    QTRY_COMPARE(client.bytes, QByteArray{"notice: one\n\nerror: two\nlast\n"});
+    client.clear();
+    client.command("status");
+    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
+}
+
+void tst_ServiceSim::endsOnASignal_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void tst_ServiceSim::endsOnASignal()
+{
+    QFETCH(int, number);
+    Program program{frozen + QStringList{QStringLiteral("--port"), QStringLiteral("0")}};
+    QTRY_VERIFY(program.port() != 0);
+    Client client{program.port()};
+    client.command("connect");
+    QTRY_COMPARE(client.lines().size(), 1);
+    QCOMPARE(::kill(static_cast<pid_t>(program.processId()), number), 0);
+    QTRY_VERIFY(program.hasEnded());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    QTRY_COMPARE(client.socket.state(), QAbstractSocket::UnconnectedState);
+}
+
+QTEST_GUILESS_MAIN(tst_ServiceSim)
+#include "tst_servicesim.moc"

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "tools/service-sim/FaultPlan.h"
+#include "tools/service-sim/Tunnel.h"
+
+#include "ipc/Protocol.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <chrono>
+#include <optional>
+
+namespace servicesim {
+
+struct Notice
+{
+    /// After the client has connected.
+    std::chrono::milliseconds delay;
+    QString text;
+};
+
+struct Options
+{
+    /// 0 stands for any free one.
+    quint16 port = ipc::protocol::servicePort;
+    bool quiet = false;
+    TunnelSettings tunnel;
+    FaultSettings faults;
+    QVector<Notice> notices;
+};
+
+/// What a command line comes to: exactly one of the three is there.
+struct ParsedOptions
+{
+    std::optional<Options> options;
+    /// What `--help` prints.
+    QString help;
+    QString fault;
+};
+
+/// `arguments` begins with the program's name.
+ParsedOptions parseOptions(const QStringList &arguments);
+
+} // namespace servicesim

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "tools/service-sim/Command.h"
+#include "tools/service-sim/Options.h"
+#include "tools/service-sim/Tunnel.h"
+
+#include <QObject>
+#include <QString>
+#include <QTcpServer>
+
+#include <vector>
+
+namespace servicesim {
+
+class Connection;
+
+/// The service as its clients see it: what happens to the tunnel goes to all of them, an answer
+/// to the one that asked.
+class Simulator : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Simulator(const Options &options);
+    ~Simulator() override;
+
+    /// False if the port cannot be had; errorString() then says why.
+    bool listen();
+    QString errorString() const { return server.errorString(); }
+    quint16 port() const { return server.serverPort(); }
+
+    /// To every client, as it stands, with a line feed.
+    void sendAsItStands(const QByteArray &line);
+
+    /// What clients set last; empty until then.
+    const QString &language() const { return language_; }
+    const QString &referralCode() const { return referralCode_; }
+
+Q_SIGNALS:
+    /// One line for the journal, with its time: every command that came, every line that went
+    /// out, every connection's begin and end, every fault.
+    void noted(const QString &entry);
+
+private:
+    void onNewConnection();
+    void onLine(Connection *connection, const QByteArray &line);
+    void obey(Connection *connection, const Command &command);
+    void sayToAll(const QString &line);
+    void say(Connection *connection, const QString &line);
+    void note(const QString &text);
+    void note(const Connection *connection, const QString &text);
+
+    Options options;
+    QTcpServer server;
+    Tunnel tunnel;
+    std::vector<Connection *> connections;
+    quint32 accepted = 0;
+    QString language_;
+    QString referralCode_;
+};
+
+} // namespace servicesim

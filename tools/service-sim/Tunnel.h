@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+#include <optional>
+
+namespace servicesim {
+
+/// The stations of the way up and of the way down, in their order.
+enum class Step { Fetching, Config, Starting, Connecting, Running, Stopping, Stopped };
+
+/// How and where a walk breaks off: the step is reached, and instead of the next one there is
+/// the failure.
+struct Failure
+{
+    enum class Form { Status, Error };
+
+    Step after;
+    QString text;
+    Form form;
+};
+
+struct TunnelSettings
+{
+    QString startState = QStringLiteral("stopped");
+    std::chrono::milliseconds stepDelay{400};
+    quint64 configBytes = 4096;
+    std::optional<Failure> failure;
+    /// Every way up ends after fetching with the report of the expired subscription.
+    bool expired = false;
+};
+
+/// A tunnel that exists only in what is said about it: it walks up and down, one step after each
+/// delay, and tells each step as a line for the clients.
+///
+/// A start state in the middle of a walk stays until something is asked for.
+class Tunnel : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Tunnel(const TunnelSettings &settings);
+
+    /// Begins the way up; on the way down, has it follow as soon as that is done. False if
+    /// nothing is said on account of it now.
+    bool requestUp();
+    /// Begins the way down, from wherever the way up has come to; a way up that was to follow is
+    /// forgotten. False if nothing is said on account of it now.
+    bool requestDown();
+
+    /// The line that tells the present state.
+    QString stateLine() const;
+
+Q_SIGNALS:
+    void said(const QString &line);
+
+private:
+    void advance();
+    void enter(Step reached);
+    void fail();
+    void sayState(const QString &word);
+
+    TunnelSettings settings;
+    QTimer timer;
+    QString state;
+    /// The last one reached; says nothing while the timer stands.
+    Step step = Step::Stopped;
+    bool upAgain = false;
+};
+
+} // namespace servicesim
