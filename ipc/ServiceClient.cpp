@@ -70,16 +70,20 @@ void ServiceClient::onReadyRead()
     QElapsedTimer slice;
     slice.start();
     while (socket->canReadLine()) {
-        if (slice.hasExpired(readingSliceMs)) {
+        if (!lossToReport && slice.hasExpired(readingSliceMs)) {
             scheduleReading();
             return;
         }
         const QString text = QString::fromUtf8(socket->readLine()).trimmed();
-        // A receiver that runs an event loop must not hold back the lines that are here already.
-        if (socket->canReadLine()) {
+        // A receiver that runs an event loop must not hold back what is known already.
+        if (lossToReport || socket->canReadLine()) {
             scheduleReading();
         }
         Q_EMIT messageReceived(text);
+    }
+    if (lossToReport) {
+        lossToReport = false;
+        Q_EMIT connectionChanged(false);
     }
 }
 
@@ -93,8 +97,11 @@ void ServiceClient::onConnected()
 
 void ServiceClient::onDisconnected()
 {
-    Q_EMIT connectionChanged(false);
+    // Lines that wait for their slice still belong to this connection: they precede its loss, and
+    // the next attempt would discard them.
+    lossToReport = true;
     scheduleReconnect();
+    onReadyRead();
 }
 
 void ServiceClient::scheduleReconnect()

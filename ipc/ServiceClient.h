@@ -38,8 +38,8 @@ Q_SIGNALS:
     /// their order.
     void messageReceived(QString text);
 
-    /// True when the connection has come up, false when it is lost. A refused attempt was never
-    /// connected and is not reported.
+    /// True when the connection has come up, false when it is lost, after all its lines. A refused
+    /// attempt was never connected and is not reported.
     void connectionChanged(bool connected);
 
 private Q_SLOTS:
@@ -54,6 +54,7 @@ private:
     QTcpSocket *socket;
     quint64 attempts = 0;
     bool readingScheduled = false;
+    bool lossToReport = false;
 };
 
 } // namespace ipc
