@@ -69,19 +69,19 @@ void ServiceClient::onReadyRead()
 {
     QElapsedTimer slice;
     slice.start();
-    while (socket->canReadLine()) {
-        if (!lossToReport && slice.hasExpired(readingSliceMs)) {
-            scheduleReading();
-            return;
-        }
+    moreFollows = socket->canReadLine();
+    while (moreFollows && socket->canReadLine()) {
         const QString text = QString::fromUtf8(socket->readLine()).trimmed();
+        const bool another = socket->canReadLine();
         // A receiver that runs an event loop must not hold back what is known already.
-        if (lossToReport || socket->canReadLine()) {
+        if (another || lossToReport) {
             scheduleReading();
         }
+        moreFollows = another && (lossToReport || !slice.hasExpired(readingSliceMs));
         Q_EMIT messageReceived(text);
     }
-    if (lossToReport) {
+    moreFollows = false;
+    if (lossToReport && !socket->canReadLine()) {
         lossToReport = false;
         Q_EMIT connectionChanged(false);
     }

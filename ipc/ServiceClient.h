@@ -31,6 +31,10 @@ public:
     /// leaves at once. Without a connection the command is dropped without a trace.
     void send(const QString &cmd, const QJsonObject &args);
 
+    /// While messageReceived() reports a line: true if the next one is reported right after it,
+    /// before anything can be painted. Only a receiver that runs an event loop is first.
+    bool moreToCome() const { return moreFollows; }
+
 Q_SIGNALS:
     /// One line, decoded as UTF-8 (invalid bytes become U+FFFD) and trimmed; may be empty.
     ///
@@ -55,6 +59,7 @@ private:
     quint64 attempts = 0;
     bool readingScheduled = false;
     bool lossToReport = false;
+    bool moreFollows = false;
 };
 
 } // namespace ipc

@@ -26,8 +26,13 @@
 #include <QTranslator>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <memory>
+#include <utility>
 
+using ipc::protocol::Message;
+using ipc::protocol::MessageKind;
+using ipc::protocol::ServiceState;
 using ui::ToggleSwitch;
 
 namespace {
@@ -111,6 +116,34 @@ QHBoxLayout *centred(QWidget *widget)
     row->addWidget(widget);
     row->addStretch(1);
     return row;
+}
+
+/// Which part of the main screen a message changes.
+enum class Reach { Nothing, Pill, AllButPill, Everything };
+
+Reach reachOf(const Message &message)
+{
+    switch (message.kind) {
+    case MessageKind::Error:
+        return Reach::Everything;
+    case MessageKind::ConfigBytes:
+        return Reach::Pill;
+    case MessageKind::Notice:
+    case MessageKind::Unknown:
+        return Reach::Nothing;
+    case MessageKind::Status:
+        break;
+    }
+    switch (ipc::protocol::parseState(message.rest)) {
+    case ServiceState::Starting:
+    case ServiceState::Connecting:
+    case ServiceState::Stopping:
+        return Reach::AllButPill;
+    case ServiceState::Unknown:
+        return Reach::Nothing;
+    default:
+        return Reach::Everything;
+    }
 }
 
 } // namespace
@@ -253,27 +286,54 @@ void MainWindow::onToggleClicked()
 
 void MainWindow::onServiceMessage(const QString &text)
 {
-    const ipc::protocol::Message message = ipc::protocol::parseMessage(text);
-    switch (message.kind) {
-    case ipc::protocol::MessageKind::Status:
-        applyStatus(message.rest);
-        break;
-    case ipc::protocol::MessageKind::Error:
-        toggle->setState(ToggleSwitch::State::Error);
-        statusLabel->setText(tr("Error"));
-        pillLabel->setText(message.rest);
-        showTrayStatus(tr("Error"));
-        break;
-    case ipc::protocol::MessageKind::ConfigBytes:
-        pillLabel->setText(tr("Config %1 bytes").arg(message.rest));
-        break;
-    case ipc::protocol::MessageKind::Notice:
+    Message message = ipc::protocol::parseMessage(text);
+    if (message.kind == MessageKind::Status) {
+        lastStatus = message.rest;
+    }
+    if (message.kind == MessageKind::Notice) {
+        showPutOff();
         noticeQueue.append(message.rest);
         showNextNotice();
-        break;
-    case ipc::protocol::MessageKind::Unknown:
-        break;
+        return;
     }
+    putOff(std::move(message));
+    if (!client->moreToCome()) {
+        showPutOff();
+    }
+}
+
+void MainWindow::putOff(Message message)
+{
+    const Reach reach = reachOf(message);
+    const auto covered = [reach](const Message &earlier) {
+        return reach == Reach::Everything || reachOf(earlier) == reach;
+    };
+    unshown.erase(std::remove_if(unshown.begin(), unshown.end(), covered), unshown.end());
+    unshown.push_back(std::move(message));
+}
+
+void MainWindow::showPutOff()
+{
+    for (const Message &message : unshown) {
+        switch (message.kind) {
+        case MessageKind::Status:
+            showState(message.rest);
+            break;
+        case MessageKind::Error:
+            toggle->setState(ToggleSwitch::State::Error);
+            statusLabel->setText(tr("Error"));
+            pillLabel->setText(message.rest);
+            showTrayStatus(tr("Error"));
+            break;
+        case MessageKind::ConfigBytes:
+            pillLabel->setText(tr("Config %1 bytes").arg(message.rest));
+            break;
+        case MessageKind::Notice:
+        case MessageKind::Unknown:
+            break;
+        }
+    }
+    unshown.clear();
 }
 
 void MainWindow::onServiceConnectionChanged(bool connected)
@@ -358,10 +418,14 @@ void MainWindow::retranslateUi()
 
 void MainWindow::applyStatus(const QString &word)
 {
-    using ipc::protocol::ServiceState;
+    lastStatus = word;
+    showState(word);
+}
+
+void MainWindow::showState(const QString &word)
+{
     using State = ToggleSwitch::State;
 
-    lastStatus = word;
     const ServiceState state = ipc::protocol::parseState(word);
     switch (state) {
     case ServiceState::Running:

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "ipc/Protocol.h"
+
 #include <QMainWindow>
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 class QLabel;
 class QToolButton;
@@ -56,6 +60,9 @@ private:
     void retranslateUi();
 
     void applyStatus(const QString &word);
+    void showState(const QString &word);
+    void putOff(ipc::protocol::Message message);
+    void showPutOff();
     void showTrayStatus(const QString &text);
     void showNextNotice();
     void sendLanguage(const QString &tag);
@@ -76,6 +83,9 @@ private:
     bool serviceConnected = false;
     bool quitting = false;
     bool noticeShowing = false;
+    /// What the service has said and nobody could have seen yet, oldest first; no message in it
+    /// is covered up by a later one.
+    std::vector<ipc::protocol::Message> unshown;
     /// The last status word, known or not, for the texts after a change of language.
     QString lastStatus;
     QStringList noticeQueue;
