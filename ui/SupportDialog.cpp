@@ -46,9 +46,23 @@ QString storedClientId()
     return service.value(QStringLiteral("client_id")).toString();
 }
 
+// The toolkit's label never lets go of the keyboard when Shift and Tab are to leave its link.
+class LinkLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    bool focusNextPrevChild(bool next) override
+    {
+        return !next && hasSelectedText() ? QWidget::focusNextPrevChild(next)
+                                          : QLabel::focusNextPrevChild(next);
+    }
+};
+
 QLabel *makeLink(const QString &address, QWidget *parent)
 {
-    auto *const link = new QLabel{parent};
+    auto *const link = new LinkLabel{parent};
     link->setObjectName(QStringLiteral("link"));
     link->setTextFormat(Qt::RichText);
     link->setTextInteractionFlags(Qt::TextBrowserInteraction);
