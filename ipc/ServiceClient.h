@@ -21,6 +21,8 @@ class ServiceClient : public QObject
 public:
     /// Does not connect yet.
     explicit ServiceClient(QObject *parent);
+    /// May be called by a receiver of its signals.
+    ~ServiceClient() override;
 
     /// Begins an attempt unless one is under way or the connection stands. To be called once;
     /// from then on the client comes back by itself, 1500 ms after each loss or refusal.
@@ -52,11 +54,14 @@ private Q_SLOTS:
     void onDisconnected();
 
 private:
+    class SocketCall;
+
     void scheduleReconnect();
     void scheduleReading();
 
     QTcpSocket *socket;
     quint64 attempts = 0;
+    int socketCalls = 0;
     bool readingScheduled = false;
     bool lossToReport = false;
     bool moreFollows = false;
