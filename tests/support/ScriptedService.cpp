@@ -6,6 +6,7 @@
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -105,8 +106,11 @@ void ScriptedService::onNewConnection()
         });
         Q_EMIT clientConnected();
         if (resetting) {
-            resetOnClose(*socket);
-            socket->abort();
+            // A client on the same thread must see its connection before it sees the reset.
+            QTimer::singleShot(0, socket, [socket] {
+                resetOnClose(*socket);
+                socket->abort();
+            });
         }
     }
 }

@@ -47,7 +47,7 @@ public:
     void close();
     /// Ends the newest connection with a reset.
     void reset();
-    /// From now on every connection is reset as soon as it is accepted.
+    /// From now on every connection is reset as soon as the client has had its turn to see it.
     void resetEveryone(bool on) { resetting = on; }
 
 Q_SIGNALS:
