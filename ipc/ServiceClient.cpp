@@ -5,7 +5,6 @@
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QNetworkProxy>
-#include <QPointer>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -21,35 +20,6 @@ constexpr std::chrono::milliseconds reconnectDelay{1500};
 constexpr qint64 readingSliceMs = 8;
 
 } // namespace
-
-/// Lasts as long as a signal of the socket, or the reading of its lines, is on the stack. If a
-/// receiver destroys the client meanwhile, the outermost one sees to it that the socket goes only
-/// when nothing of it is on the stack any more, not even below a dialog.
-class ServiceClient::SocketCall
-{
-public:
-    explicit SocketCall(ServiceClient *owner)
-        : client(owner)
-        , socket(owner->socket)
-        , outermost(owner->socketCalls++ == 0)
-    {}
-    ~SocketCall()
-    {
-        if (client) {
-            --client->socketCalls;
-        } else if (outermost) {
-            socket->deleteLater();
-        }
-    }
-    Q_DISABLE_COPY_MOVE(SocketCall)
-
-    bool isOrphaned() const { return client.isNull(); }
-
-private:
-    QPointer<ServiceClient> client;
-    QTcpSocket *socket;
-    bool outermost;
-};
 
 ServiceClient::ServiceClient(QObject *parent)
     : QObject(parent)
@@ -67,15 +37,6 @@ ServiceClient::ServiceClient(QObject *parent)
     // readyRead() is held back while its own slot has not returned, for example because a dialog
     // runs in it; this signal is not.
     connect(socket, &QTcpSocket::channelReadyRead, this, &ServiceClient::onReadyRead);
-}
-
-ServiceClient::~ServiceClient()
-{
-    if (socketCalls > 0) {
-        socket->disconnect(this);
-        socket->abort();
-        socket->setParent(nullptr);
-    }
 }
 
 void ServiceClient::connectToService()
@@ -106,7 +67,6 @@ void ServiceClient::send(const QString &cmd, const QJsonObject &args)
 
 void ServiceClient::onReadyRead()
 {
-    const SocketCall call(this);
     QElapsedTimer slice;
     slice.start();
     moreFollows = socket->canReadLine();
@@ -119,9 +79,6 @@ void ServiceClient::onReadyRead()
         }
         moreFollows = another && (lossToReport || !slice.hasExpired(readingSliceMs));
         Q_EMIT messageReceived(text);
-        if (call.isOrphaned()) {
-            return;
-        }
     }
     moreFollows = false;
     if (lossToReport && !socket->canReadLine()) {
@@ -132,7 +89,6 @@ void ServiceClient::onReadyRead()
 
 void ServiceClient::onConnected()
 {
-    const SocketCall call(this);
     // Short commands sent one after another leave together instead of waiting for the
     // acknowledgement of the first.
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);

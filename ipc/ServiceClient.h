@@ -13,7 +13,8 @@ namespace ipc {
 ///
 /// It does not know what commands and lines mean (see Protocol.h), keeps no queue of commands
 /// and reports no errors: a service that is not there shows only as the lack of a connection.
-/// Everything happens on the thread of its owner.
+/// Everything happens on the thread of its owner, who must not destroy the client from within a
+/// receiver of its signals.
 class ServiceClient : public QObject
 {
     Q_OBJECT
@@ -21,8 +22,6 @@ class ServiceClient : public QObject
 public:
     /// Does not connect yet.
     explicit ServiceClient(QObject *parent);
-    /// May be called by a receiver of its signals.
-    ~ServiceClient() override;
 
     /// Begins an attempt unless one is under way or the connection stands. To be called once;
     /// from then on the client comes back by itself, 1500 ms after each loss or refusal.
@@ -54,14 +53,11 @@ private Q_SLOTS:
     void onDisconnected();
 
 private:
-    class SocketCall;
-
     void scheduleReconnect();
     void scheduleReading();
 
     QTcpSocket *socket;
     quint64 attempts = 0;
-    int socketCalls = 0;
     bool readingScheduled = false;
     bool lossToReport = false;
     bool moreFollows = false;

@@ -179,8 +179,6 @@ private Q_SLOTS:
 
     void destroyed_data();
     void destroyed();
-    void destroyedByItsReceiver_data();
-    void destroyedByItsReceiver();
 };
 
 void tst_ServiceClient::cleanup()
@@ -929,65 +927,6 @@ void tst_ServiceClient::destroyed()
     QCOMPARE(link.attempts.size(), attempts);
     QCOMPARE(service.connected(), 0);
     QVERIFY(service.accepted() <= 1);
-}
-
-void tst_ServiceClient::destroyedByItsReceiver_data()
-{
-    QTest::addColumn<QString>("last");
-    QTest::addColumn<bool>("inDialog");
-    QTest::newRow("of a line") << QStringLiteral("line") << false;
-    QTest::newRow("of a line, in its dialog") << QStringLiteral("line") << true;
-    QTest::newRow("of a last line") << QStringLiteral("last line") << false;
-    QTest::newRow("of a last line, in its dialog") << QStringLiteral("last line") << true;
-    QTest::newRow("of the connection") << up << false;
-    QTest::newRow("of the connection, in its dialog") << up << true;
-    QTest::newRow("of the loss") << down << false;
-    QTest::newRow("of the loss, in its dialog") << down << true;
-}
-
-void tst_ServiceClient::destroyedByItsReceiver()
-{
-    QFETCH(QString, last);
-    QFETCH(bool, inDialog);
-    ScriptedService service;
-    service.listen();
-    WatchedClient link;
-    bool returned = false;
-    int seen = 0;
-    const auto die = [&] {
-        seen = link.events.size();
-        link.client.reset();
-    };
-    const auto destroy = [&](const auto &) {
-        if (link.events.last() != last) {
-            return;
-        }
-        if (inDialog) {
-            QEventLoop dialog;
-            QTimer::singleShot(0, &dialog, [&] {
-                die();
-                QTimer::singleShot(0, &dialog, &QEventLoop::quit);
-            });
-            dialog.exec();
-        } else {
-            die();
-        }
-        returned = true;
-    };
-    link.onLink(destroy);
-    link.onLine(destroy);
-    connect(&service, &ScriptedService::clientConnected, &service, [&] {
-        service.write("line\nlast line\n");
-        service.close();
-    });
-    link.client->connectToService();
-    TRY_VERIFY(returned);
-    // The socket's own work is done before it goes.
-    TRY_VERIFY(link.socket.isNull());
-    TRY_COMPARE(service.connected(), 0);
-    QVERIFY(outwaitPendingReconnects());
-    QCOMPARE(link.events.size(), seen);
-    QCOMPARE(service.accepted(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_ServiceClient)
