@@ -88,6 +88,12 @@ private:
     void delayOnce(Results &results, const std::string &name, const Command &command,
                    const std::array<std::string, 2> &lines);
 
+    /// The floor as far down as the client goes: an ordinary one loads the OpenGL driver.
+    Command floorWithoutOpenGl() const
+    {
+        return {"/usr/bin/env", "QT_XCB_GL_INTEGRATION=none", floor};
+    }
+
     Screen screen;
     std::unique_ptr<FakeService> service;
     std::string client;
@@ -182,13 +188,14 @@ void Bench::start()
     for (int round = 1 - warmUps; round <= rounds(usualRounds); ++round) {
         startOnce(results, round, "client", {client});
         startOnce(results, round, "floor", {floor});
+        startOnce(results, round, "floor without OpenGL", floorWithoutOpenGl());
         screen.raiseTray();
         startOnce(results, round, "client with a tray", {client});
         screen.removeTray();
     }
     service.reset();
     for (const char *quantity : {"ms to first painting", "CPU ms to first painting"}) {
-        for (const char *name : {"client", "client with a tray", "floor"}) {
+        for (const char *name : {"client", "client with a tray", "floor", "floor without OpenGL"}) {
             results.print(name, quantity);
         }
         results.printRatio(quantity, "client", "floor", startAim);
@@ -203,7 +210,8 @@ void Bench::memory()
     service = std::make_unique<FakeService>("running");
     for (int round = 1; round <= rounds(usualRounds); ++round) {
         for (const auto &[name, command] :
-             {std::pair{"client", Command{client}}, std::pair{"floor", Command{floor}}}) {
+             {std::pair{"client", Command{client}}, std::pair{"floor", Command{floor}},
+              std::pair{"floor without OpenGL", floorWithoutOpenGl()}}) {
             const auto child = show(command);
             pass(quietMs);
             results.add(round, name, quantity, static_cast<double>(child->proportionalSize()));
@@ -212,6 +220,7 @@ void Bench::memory()
     service.reset();
     results.print("client", quantity);
     results.print("floor", quantity);
+    results.print("floor without OpenGL", quantity);
     results.printRatio(quantity, "client", "floor", memoryAim);
 }
 
