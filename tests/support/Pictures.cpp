@@ -47,6 +47,9 @@ QString difference(const QImage &is, const QImage &should, int tolerance)
     // Premultiplied, as it is what is seen: the colour of a nearly transparent pixel is not.
     const QImage one = is.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     const QImage other = should.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (one == other) {
+        return {};
+    }
     int worst = tolerance;
     int count = 0;
     QString text;
