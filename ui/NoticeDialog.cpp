@@ -58,7 +58,6 @@ QScrollArea *scrolling(QLabel *label)
     area->setFocusPolicy(Qt::NoFocus);
     area->setWidgetResizable(true);
     area->setWidget(label);
-    area->viewport()->setAutoFillBackground(false);
     label->setAutoFillBackground(false);
     return area;
 }
@@ -97,7 +96,6 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
     if (column->minimumSize().width() > room.width() || height > room.height()) {
         column->removeWidget(label);
         column->insertWidget(0, scrolling(label));
-        setTabOrder(label, ok);
         label->setFocus();
     }
     // A size left to the toolkit would never be more than two thirds of the screen.
