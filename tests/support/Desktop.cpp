@@ -4,12 +4,17 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include <xcb/xcb.h>
 
 namespace support {
 
 namespace {
 
 constexpr int hangMs = 120'000;
+constexpr int smallestPopup = 5;
 
 QString server()
 {
@@ -46,6 +51,9 @@ Desktop::Desktop(const QSize &screen)
     : surroundings(QProcessEnvironment::systemEnvironment())
 {
     surroundings.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    // What a program says is nobody's business but its own; coverage counters that an older build
+    // left behind must not speak up in it.
+    setVariable(QStringLiteral("GCOV_ERROR_FILE"), QStringLiteral("/dev/null"));
 
     // Without -noreset the server starts afresh whenever its last client leaves.
     QProcess *const display = start(
@@ -110,7 +118,7 @@ void Desktop::stop(QProcess *process)
         qFatal("This program was not started here");
     }
     process->terminate();
-    if (!process->waitForFinished(hangMs)) {
+    if (process->state() != QProcess::NotRunning && !process->waitForFinished(hangMs)) {
         qWarning("%s has to be killed", qPrintable(process->program()));
         process->kill();
         process->waitForFinished(-1);
@@ -150,10 +158,19 @@ QList<Desktop::Window> Desktop::visibleWindows(const QString &title) const
     return visible;
 }
 
-QList<Desktop::Window> Desktop::windowsOf(const QProcess *process) const
+QList<Desktop::Window> Desktop::unmanagedWindows() const
 {
-    return search({QStringLiteral("--onlyvisible"), QStringLiteral("--pid"),
-                   number(static_cast<qulonglong>(process->processId()))});
+    QList<Window> found =
+        search({QStringLiteral("--onlyvisible"), QStringLiteral("--maxdepth"), QStringLiteral("1"),
+                QStringLiteral("--name"), QStringLiteral(".*")});
+    // Programs park windows for their own purposes beside the screen.
+    const auto managed = [this](Window window) {
+        const QRect place = geometry(window);
+        return !describe(window).contains("Override Redirect State: yes") || place.right() < 0 ||
+               place.bottom() < 0 || place.width() < smallestPopup;
+    };
+    found.erase(std::remove_if(found.begin(), found.end(), managed), found.end());
+    return found;
 }
 
 Desktop::Window Desktop::activeWindow() const
@@ -162,10 +179,37 @@ Desktop::Window Desktop::activeWindow() const
     return outcome.exitCode == 0 ? outcome.output.trimmed().toULongLong() : 0;
 }
 
+QByteArray Desktop::describe(Window window) const
+{
+    return run(QStringLiteral("xwininfo"),
+               {QStringLiteral("-all"), QStringLiteral("-id"), number(window)})
+        .output;
+}
+
+bool Desktop::isSelectionOwned(const char *name) const
+{
+    const QByteArray display = surroundings.value(QStringLiteral("DISPLAY")).toLatin1();
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection{
+        xcb_connect(display.constData(), nullptr), &xcb_disconnect};
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom{
+        xcb_intern_atom_reply(
+            connection.get(),
+            xcb_intern_atom(connection.get(), 0, static_cast<uint16_t>(std::strlen(name)), name),
+            nullptr),
+        &std::free};
+    if (atom == nullptr) {
+        return false;
+    }
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner{
+        xcb_get_selection_owner_reply(
+            connection.get(), xcb_get_selection_owner(connection.get(), atom->atom), nullptr),
+        &std::free};
+    return owner != nullptr && owner->owner != XCB_WINDOW_NONE;
+}
+
 QRect Desktop::geometry(Window window) const
 {
-    const QByteArray text =
-        run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), number(window)}).output;
+    const QByteArray text = describe(window);
     const auto value = [&text](const char *label) {
         const QRegularExpression expression{QRegularExpression::escape(QLatin1String{label}) +
                                             QStringLiteral(":\\s*(-?\\d+)")};

@@ -64,10 +64,13 @@ public:
     QList<Window> windows(const QString &title) const;
     /// Those of them that can be seen: mapped and not minimised.
     QList<Window> visibleWindows(const QString &title) const;
-    /// Windows of any depth that are mapped and belong to the process.
-    QList<Window> windowsOf(const QProcess *process) const;
+    /// Menus, tool tips and other windows that the window manager leaves alone; only those that
+    /// can be seen.
+    QList<Window> unmanagedWindows() const;
     /// 0 if no window has it.
     Window activeWindow() const;
+    /// Whether some program holds the selection, for example `_NET_SYSTEM_TRAY_S0`.
+    bool isSelectionOwned(const char *name) const;
     /// Without the frame, in the screen's coordinates.
     QRect geometry(Window window) const;
     /// As xprop prints it, for example `_NET_WM_STATE(ATOM) = _NET_WM_STATE_HIDDEN`.
@@ -93,6 +96,7 @@ public:
 
 private:
     Outcome demand(const QString &program, const QStringList &arguments) const;
+    QByteArray describe(Window window) const;
     QList<Window> search(const QStringList &arguments) const;
 
     QProcessEnvironment surroundings;

@@ -1,0 +1,529 @@
+#include "tests/support/Desktop.h"
+#include "tests/support/ScriptedService.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <algorithm>
+#include <memory>
+
+using support::Desktop;
+using support::ScriptedService;
+using support::waitFor;
+
+namespace {
+
+/// How a desktop shows other programs' icons.
+enum class Host {
+    /// Embedded windows, without any session bus.
+    XEmbed,
+    /// Icons described over the session bus.
+    StatusNotifier
+};
+
+QString title()
+{
+    return QStringLiteral("IXOVPN");
+}
+
+// Both hosts are told to lie here.
+constexpr QRect trayArea{0, 0, 380, 40};
+
+/// One panel at the top left with nothing in it but the tray.
+void configurePanel()
+{
+    const QDir folder{QDir::homePath() +
+                      QStringLiteral("/.config/xfce4/xfconf/xfce-perchannel-xml")};
+    QDir::root().mkpath(folder.path());
+    QFile file{folder.filePath(QStringLiteral("xfce4-panel.xml"))};
+    if (!file.open(QIODevice::WriteOnly)) {
+        qFatal("The panel's settings cannot be written");
+    }
+    file.write(R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="length" type="uint" value="25"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray"/>
+  </property>
+</channel>
+)");
+}
+
+/// A session bus as a tool would see it.
+class Bus
+{
+public:
+    explicit Bus(const Desktop &desktop)
+        : connection(QDBusConnection::connectToBus(
+              desktop.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")), name()))
+    {}
+    ~Bus() { QDBusConnection::disconnectFromBus(name()); }
+    Bus(const Bus &) = delete;
+    Bus &operator=(const Bus &) = delete;
+
+    QVariant property(const QString &service, const QString &path, const QString &interface,
+                      const QString &property) const
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
+            QStringLiteral("Get"));
+        call << interface << property;
+        const QDBusReply<QDBusVariant> reply = connection.call(call);
+        return reply.isValid() ? reply.value().variant() : QVariant{};
+    }
+
+    QVariant watcher(const QString &name) const
+    {
+        return property(QStringLiteral("org.kde.StatusNotifierWatcher"),
+                        QStringLiteral("/StatusNotifierWatcher"),
+                        QStringLiteral("org.kde.StatusNotifierWatcher"), name);
+    }
+
+    /// The bus name of the one icon that is registered; empty if there is not exactly one.
+    QString item() const
+    {
+        const QStringList items =
+            watcher(QStringLiteral("RegisteredStatusNotifierItems")).toStringList();
+        return items.size() == 1 ? items.first().section(QLatin1Char{'/'}, 0, 0) : QString{};
+    }
+
+    QVariant itemProperty(const QString &name) const
+    {
+        return property(item(), QStringLiteral("/StatusNotifierItem"),
+                        QStringLiteral("org.kde.StatusNotifierItem"), name);
+    }
+
+    QString toolTip() const
+    {
+        const QVariant value = itemProperty(QStringLiteral("ToolTip"));
+        if (value.userType() != qMetaTypeId<QDBusArgument>()) {
+            return {};
+        }
+        const auto argument = value.value<QDBusArgument>();
+        QString icon;
+        QString text;
+        argument.beginStructure();
+        argument >> icon;
+        argument.beginArray();
+        while (!argument.atEnd()) {
+            argument.beginStructure();
+            argument.endStructure();
+        }
+        argument.endArray();
+        argument >> text;
+        return text;
+    }
+
+    QDBusMessage callMenu(const QString &method, const QVariantList &arguments) const
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            item(), itemProperty(QStringLiteral("Menu")).value<QDBusObjectPath>().path(),
+            QStringLiteral("com.canonical.dbusmenu"), method);
+        call.setArguments(arguments);
+        return connection.call(call);
+    }
+
+    struct MenuEntry
+    {
+        int id = 0;
+        QString label;
+        QString type;
+    };
+
+    QList<MenuEntry> menu() const
+    {
+        QList<MenuEntry> entries;
+        const QDBusMessage reply = callMenu(QStringLiteral("GetLayout"), {0, -1, QStringList{}});
+        if (reply.arguments().size() < 2) {
+            return entries;
+        }
+        const auto root = reply.arguments().at(1).value<QDBusArgument>();
+        int id = 0;
+        QVariantMap properties;
+        root.beginStructure();
+        root >> id >> properties;
+        root.beginArray();
+        while (!root.atEnd()) {
+            QDBusVariant child;
+            root >> child;
+            const auto entry = child.variant().value<QDBusArgument>();
+            MenuEntry found;
+            QVariantMap details;
+            entry.beginStructure();
+            entry >> found.id >> details;
+            found.label = details.value(QStringLiteral("label")).toString();
+            found.type = details.value(QStringLiteral("type")).toString();
+            entries.append(found);
+        }
+        return entries;
+    }
+
+    void choose(const QString &label) const
+    {
+        for (const MenuEntry &entry : menu()) {
+            if (entry.label == label) {
+                callMenu(QStringLiteral("Event"),
+                         {entry.id, QStringLiteral("clicked"),
+                          QVariant::fromValue(QDBusVariant{QString{}}), 0U});
+            }
+        }
+    }
+
+private:
+    static QString name() { return QStringLiteral("test"); }
+
+    QDBusConnection connection;
+};
+
+/// A desktop with a tray and the client, both up.
+class TrayDesktop : public Desktop
+{
+public:
+    explicit TrayDesktop(Host host)
+    {
+        service.listen();
+        if (host == Host::XEmbed) {
+            start(QStringLiteral("trayer"),
+                  {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
+                   QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
+                   QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
+                   QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
+            up = waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+        } else {
+            configurePanel();
+            startSessionBus();
+            bus = std::make_unique<Bus>(*this);
+            start(QStringLiteral("xfce4-panel"), {QStringLiteral("--disable-wm-check")});
+            up = waitFor([this] {
+                return bus->watcher(QStringLiteral("IsStatusNotifierHostRegistered")).toBool();
+            });
+        }
+        client = start(QStringLiteral(IXOVPN_CLIENT));
+        up = up && waitFor([this] {
+                 return visibleWindows(title()).size() == 1 && service.connected() == 1 &&
+                        !icon().isNull();
+             });
+        if (up) {
+            window = visibleWindows(title()).first();
+        }
+    }
+
+    /// The middle of the icon; null as long as there is none. It is the only thing of its colour.
+    QPoint icon() const
+    {
+        const QImage image = screenshot();
+        QRect found;
+        for (int y = trayArea.top(); y <= trayArea.bottom(); ++y) {
+            for (int x = trayArea.left(); x <= trayArea.right(); ++x) {
+                const QColor colour = image.pixelColor(x, y);
+                if (colour.red() > 180 && colour.green() < 140 && colour.blue() < 100) {
+                    found |= QRect{x, y, 1, 1};
+                }
+            }
+        }
+        return found.isNull() ? QPoint{} : found.center();
+    }
+
+    bool isShown() const { return visibleWindows(title()) == QList<Window>{window}; }
+    bool isActive() const { return activeWindow() == window; }
+
+    /// The one menu or tool tip that is open; 0 as long as there is none.
+    Window popup() const
+    {
+        const QList<Window> found = unmanagedWindows();
+        return found.size() == 1 ? found.first() : 0;
+    }
+
+    bool up = false;
+    ScriptedService service;
+    std::unique_ptr<Bus> bus;
+    QProcess *client = nullptr;
+    Window window = 0;
+};
+
+void addHosts()
+{
+    QTest::addColumn<Host>("host");
+    QTest::newRow("XEmbed") << Host::XEmbed;
+    QTest::newRow("StatusNotifierItem") << Host::StatusNotifier;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Host)
+
+class tst_Tray : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void toolTipOverBus();
+    void toolTipUnderMouse();
+    void clickBringsWindowBack_data();
+    void clickBringsWindowBack();
+    void otherButtonsDoNot_data();
+    void otherButtonsDoNot();
+    void menuOverBus();
+    void menuUnderMouse_data();
+    void menuUnderMouse();
+    void noticesOverHiddenWindow_data();
+    void noticesOverHiddenWindow();
+    void withoutTray();
+
+private:
+    static void verifyQuietEnd(QProcess *client);
+};
+
+void tst_Tray::verifyQuietEnd(QProcess *client)
+{
+    QVERIFY(waitFor([client] { return client->state() == QProcess::NotRunning; }));
+    QCOMPARE(client->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(client->exitCode(), 0);
+    QCOMPARE(client->readAllStandardOutput(), QByteArray{});
+    // The toolkit sometimes asks for a frame that the window manager has just taken away.
+    QByteArrayList errors = client->readAllStandardError().split('\n');
+    errors.erase(std::remove_if(errors.begin(), errors.end(),
+                                [](const QByteArray &line) {
+                                    return line.startsWith("qt.qpa.xcb: QXcbConnection: XCB error: "
+                                                           "3 (BadWindow)");
+                                }),
+                 errors.end());
+    QCOMPARE(errors.join('\n'), QByteArray{});
+}
+
+void tst_Tray::toolTipOverBus()
+{
+    TrayDesktop desktop{Host::StatusNotifier};
+    QVERIFY(desktop.up);
+    const auto shows = [&desktop](const char16_t *text) {
+        const QString expected = QString::fromUtf16(text);
+        return waitFor([&] { return desktop.bus->toolTip() == expected; });
+    };
+    QVERIFY(shows(u"IXOVPN \u2014 disconnected"));
+    desktop.service.sendLine("status: starting");
+    QVERIFY(shows(u"IXOVPN \u00e2\u20ac\u201d Connecting\u2026"));
+    desktop.service.sendLine("status: running");
+    QVERIFY(shows(u"IXOVPN \u00e2\u20ac\u201d Connected"));
+    desktop.service.sendLine("error: no route");
+    QVERIFY(shows(u"IXOVPN \u00e2\u20ac\u201d Error"));
+    desktop.service.stop();
+    QVERIFY(shows(u"IXOVPN \u00e2\u20ac\u201d Service is not running"));
+}
+
+// The text cannot be read there, but each has its own picture.
+void tst_Tray::toolTipUnderMouse()
+{
+    TrayDesktop desktop{Host::XEmbed};
+    QVERIFY(desktop.up);
+    const auto picture = [&desktop] {
+        Desktop::Window tip = 0;
+        desktop.moveMouse({600, 10});
+        waitFor([&] { return desktop.popup() == 0; });
+        desktop.moveMouse(desktop.icon());
+        waitFor([&] {
+            // The mouse must move a little before the toolkit believes that it stays.
+            desktop.moveMouse(desktop.icon() + QPoint{1, 0});
+            tip = desktop.popup();
+            return tip != 0;
+        });
+        return desktop.geometry(tip).size();
+    };
+    const QSize first = picture();
+    QVERIFY(first.width() > 40);
+    desktop.service.sendLine("status: starting");
+    const QSize connecting = picture();
+    QVERIFY(connecting != first);
+    desktop.service.sendLine("status: stopped");
+    const QSize disconnected = picture();
+    QVERIFY(disconnected != connecting);
+    desktop.service.sendLine("status: starting");
+    QCOMPARE(picture(), connecting);
+}
+
+void tst_Tray::clickBringsWindowBack_data()
+{
+    QTest::addColumn<Host>("host");
+    QTest::addColumn<bool>("minimised");
+    QTest::addColumn<bool>("twice");
+    for (const Host host : {Host::XEmbed, Host::StatusNotifier}) {
+        for (const bool minimised : {false, true}) {
+            for (const bool twice : {false, true}) {
+                QTest::addRow("%s, %s, %s", host == Host::XEmbed ? "XEmbed" : "StatusNotifierItem",
+                              minimised ? "minimised" : "hidden", twice ? "double click" : "click")
+                    << host << minimised << twice;
+            }
+        }
+    }
+}
+
+void tst_Tray::clickBringsWindowBack()
+{
+    QFETCH(Host, host);
+    QFETCH(bool, minimised);
+    QFETCH(bool, twice);
+    TrayDesktop desktop{host};
+    QVERIFY(desktop.up);
+    if (minimised) {
+        desktop.minimise(desktop.window);
+    } else {
+        desktop.close(desktop.window);
+    }
+    QVERIFY(waitFor([&] { return !desktop.isShown(); }));
+    QCOMPARE(desktop.client->state(), QProcess::Running);
+
+    if (twice) {
+        desktop.doubleClick(desktop.icon());
+    } else {
+        desktop.click(desktop.icon());
+    }
+    QVERIFY(waitFor([&] { return desktop.isShown(); }));
+    QVERIFY(waitFor([&] { return desktop.isActive(); }));
+    QCOMPARE(desktop.geometry(desktop.window).size(), QSize(360, 560));
+    QVERIFY(!desktop.icon().isNull());
+}
+
+void tst_Tray::otherButtonsDoNot_data()
+{
+    addHosts();
+}
+
+void tst_Tray::otherButtonsDoNot()
+{
+    QFETCH(Host, host);
+    TrayDesktop desktop{host};
+    QVERIFY(desktop.up);
+    desktop.close(desktop.window);
+    QVERIFY(waitFor([&] { return !desktop.isShown(); }));
+    desktop.click(desktop.icon(), 2);
+    desktop.click(desktop.icon(), 3);
+    // The menu comes after what a click of the middle button would have done.
+    QVERIFY(waitFor([&] { return desktop.popup() != 0; }));
+    QVERIFY(!desktop.isShown());
+}
+
+void tst_Tray::menuOverBus()
+{
+    TrayDesktop desktop{Host::StatusNotifier};
+    QVERIFY(desktop.up);
+    const QList<Bus::MenuEntry> entries = desktop.bus->menu();
+    QCOMPARE(entries.size(), 3);
+    QCOMPARE(entries.at(0).label, QStringLiteral("Show"));
+    QCOMPARE(entries.at(1).type, QStringLiteral("separator"));
+    QCOMPARE(entries.at(2).label, QStringLiteral("Quit"));
+
+    desktop.close(desktop.window);
+    QVERIFY(waitFor([&] { return !desktop.isShown(); }));
+    desktop.bus->choose(QStringLiteral("Show"));
+    QVERIFY(waitFor([&] { return desktop.isShown(); }));
+
+    desktop.bus->choose(QStringLiteral("Quit"));
+    verifyQuietEnd(desktop.client);
+}
+
+void tst_Tray::menuUnderMouse_data()
+{
+    addHosts();
+}
+
+void tst_Tray::menuUnderMouse()
+{
+    QFETCH(Host, host);
+    TrayDesktop desktop{host};
+    QVERIFY(desktop.up);
+    desktop.close(desktop.window);
+    QVERIFY(waitFor([&] { return !desktop.isShown(); }));
+
+    const auto openMenu = [&desktop] {
+        desktop.click(desktop.icon(), 3);
+        return waitFor([&] { return desktop.popup() != 0; }) ? desktop.geometry(desktop.popup())
+                                                             : QRect{};
+    };
+    constexpr int intoEntry = 14;
+    QRect menu = openMenu();
+    QVERIFY(menu.height() > 3 * intoEntry);
+    desktop.click({menu.center().x(), menu.top() + intoEntry});
+    QVERIFY(waitFor([&] { return desktop.isShown(); }));
+    QVERIFY(waitFor([&] { return desktop.popup() == 0; }));
+
+    menu = openMenu();
+    QVERIFY(!menu.isEmpty());
+    desktop.click({menu.center().x(), menu.bottom() - intoEntry});
+    verifyQuietEnd(desktop.client);
+}
+
+void tst_Tray::noticesOverHiddenWindow_data()
+{
+    addHosts();
+}
+
+void tst_Tray::noticesOverHiddenWindow()
+{
+    QFETCH(Host, host);
+    TrayDesktop desktop{host};
+    QVERIFY(desktop.up);
+    desktop.close(desktop.window);
+    QVERIFY(waitFor([&] { return !desktop.isShown(); }));
+    desktop.service.sendLine("notice: <b>one</b>");
+    desktop.service.sendLine("notice: two");
+    const QString notice = QStringLiteral("Notice");
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(notice).size() == 1; }));
+
+    // Closing the last window that can be seen leaves the program in the tray.
+    const Desktop::Window first = desktop.visibleWindows(notice).first();
+    desktop.activate(first);
+    desktop.pressKey(QStringLiteral("Escape"));
+    QVERIFY(waitFor([&] {
+        const QList<Desktop::Window> now = desktop.visibleWindows(notice);
+        return now.size() == 1 && now.first() != first;
+    }));
+    desktop.activate(desktop.visibleWindows(notice).first());
+    desktop.pressKey(QStringLiteral("Return"));
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(notice).isEmpty(); }));
+    desktop.service.sendLine("notice: three");
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(notice).size() == 1; }));
+    QCOMPARE(desktop.client->state(), QProcess::Running);
+
+    if (host == Host::StatusNotifier) {
+        desktop.bus->choose(QStringLiteral("Quit"));
+    } else {
+        desktop.activate(desktop.visibleWindows(notice).first());
+        desktop.pressKey(QStringLiteral("Return"));
+        QVERIFY(waitFor([&] { return desktop.visibleWindows(notice).isEmpty(); }));
+        desktop.click(desktop.icon(), 3);
+        QVERIFY(waitFor([&] { return desktop.popup() != 0; }));
+        desktop.pressKey(QStringLiteral("Up"));
+        desktop.pressKey(QStringLiteral("Return"));
+    }
+    verifyQuietEnd(desktop.client);
+}
+
+void tst_Tray::withoutTray()
+{
+    Desktop desktop;
+    QProcess *const client = desktop.start(QStringLiteral(IXOVPN_CLIENT));
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    QCOMPARE(desktop.geometry(window).size(), QSize(360, 560));
+    desktop.close(window);
+    verifyQuietEnd(client);
+}
+
+QTEST_GUILESS_MAIN(tst_Tray)
+
+#include "tst_tray.moc"
