@@ -4,8 +4,12 @@
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QStyle>
+#include <QTextLayout>
 #include <QToolTip>
+
+#include <algorithm>
 
 namespace ui {
 
@@ -13,7 +17,44 @@ namespace {
 
 constexpr int toolTipLimit = 2000;
 
+constexpr int toolTipColumns = 80;
+// The share of the screen that a tool tip may take.
+constexpr double screenShare = 0.8;
+
 constexpr QChar ellipsis{0x2026};
+
+QString withoutTrailingBlanks(QString line)
+{
+    while (!line.isEmpty() && line.back().isSpace()) {
+        line.chop(1);
+    }
+    return line;
+}
+
+// A tool tip itself breaks lines at blanks only, and grows beyond the screen.
+QString inLines(const QString &text, const QFont &font, const QSize &room)
+{
+    QTextOption wrapping;
+    wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTextLayout layout{text, font};
+    layout.setTextOption(wrapping);
+
+    QStringList lines;
+    double height = 0.0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(room.width());
+        height += line.height();
+        if (height > room.height() && !lines.isEmpty()) {
+            lines.last() += ellipsis;
+            break;
+        }
+        // Any number of blanks fits at the end of a line here, but not in the tool tip.
+        lines.append(withoutTrailingBlanks(text.mid(line.textStart(), line.textLength())));
+    }
+    layout.endLayout();
+    return lines.join(QLatin1Char{'\n'});
+}
 
 } // namespace
 
@@ -41,15 +82,8 @@ QString PillLabel::shownText() const
 bool PillLabel::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
-        if (shownText() == text()) {
-            QToolTip::hideText();
-        } else {
-            const QString part = leftPart(text(), toolTipLimit);
-            QToolTip::showText(
-                static_cast<QHelpEvent *>(event)->globalPos(),
-                QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(part.toHtmlEscaped()),
-                this);
-        }
+        const QPoint place = static_cast<QHelpEvent *>(event)->globalPos();
+        QToolTip::showText(place, isShortened() ? toolTipText() : QString{}, this);
         return true;
     }
     return QLabel::event(event);
@@ -68,13 +102,34 @@ QString PillLabel::beginning() const
     return singleLine(text());
 }
 
+bool PillLabel::isShortened() const
+{
+    return text().size() > singleLineLimit || shownText() != beginning();
+}
+
+QString PillLabel::toolTipText() const
+{
+    const QString part = singleLine(text(), toolTipLimit);
+    const QFont font = QToolTip::font();
+    QSize room = screen()->availableSize() * screenShare;
+    room.setWidth(std::min(room.width(), toolTipColumns * QFontMetrics{font}.averageCharWidth()));
+    return QStringLiteral("<p dir='%1' style='white-space:pre'>%2</p>")
+        .arg(part.isRightToLeft() ? QLatin1String{"rtl"} : QLatin1String{"ltr"},
+             inLines(part, font, room).toHtmlEscaped());
+}
+
 QSize PillLabel::sizeFor(const QString &line) const
 {
-    const QMargins surround = contentsMargins();
-    const QRect bounds =
-        fontMetrics().boundingRect(QRect{0, 0, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX},
-                                   static_cast<int>(alignment()) | Qt::TextSingleLine, line);
-    return bounds.size().grownBy(surround);
+    const QFontMetrics metrics = fontMetrics();
+    QSize size{metrics.averageCharWidth(), metrics.lineSpacing()};
+    if (!line.isEmpty()) {
+        // Not centred: halving the room would cost a pixel in the rounding.
+        size = metrics
+                   .boundingRect(QRect{0, 0, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}, Qt::TextSingleLine,
+                                 line)
+                   .size();
+    }
+    return size.grownBy(contentsMargins());
 }
 
 } // namespace ui

@@ -7,9 +7,10 @@ namespace ui {
 /// A label of one line for texts of any length and content.
 ///
 /// text() is always what was set. Shown are its beginning, as plain characters whatever markup
-/// they may hold, and an ellipsis where it does not fit; the tool tip of a shortened text shows
-/// more of it (the first 2,000 characters: what a screen can hold). The label never asks for more
-/// width than its parent has to give, so a long text moves nothing.
+/// they may hold, and an ellipsis where it does not fit. Line breaks and control characters are
+/// shown as blanks. The tool tip of a shortened text shows more of it: the first 2,000 characters,
+/// or fewer where the screen cannot hold them, in lines that are broken inside a word if need be.
+/// The label never asks for more width than its parent has to give, so a long text moves nothing.
 /// The cost of showing a text does not grow with its length.
 class PillLabel : public QLabel
 {
@@ -30,6 +31,8 @@ protected:
 
 private:
     QString beginning() const;
+    bool isShortened() const;
+    QString toolTipText() const;
     QSize sizeFor(const QString &line) const;
 };
 

@@ -4,12 +4,12 @@
 
 namespace ui {
 
-/// The first `length` characters of `text`, with an ellipsis if there are more; no character is
-/// cut in half.
-QString leftPart(const QString &text, int length);
+/// More characters than the window could ever show on one line.
+constexpr int singleLineLimit = 256;
 
-/// What of `text` could ever be seen on one line of the window: its beginning, with blanks for
-/// line breaks, tabs and control characters. The cost does not grow with the text's length.
-QString singleLine(const QString &text);
+/// The first `length` characters of `text`, with blanks for line breaks, tabs and control
+/// characters, and an ellipsis if there are more; no character is cut in half. The cost does not
+/// grow with the text's length.
+QString singleLine(const QString &text, int length = singleLineLimit);
 
 } // namespace ui
