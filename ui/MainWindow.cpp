@@ -242,7 +242,7 @@ void MainWindow::buildServices()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (tray != nullptr && !quitting && QSystemTrayIcon::isSystemTrayAvailable()) {
+    if (!quitting && tray->hasIcon() && QSystemTrayIcon::isSystemTrayAvailable()) {
         hide();
         event->ignore();
         return;

@@ -70,7 +70,8 @@ ReferralDialog::ReferralDialog(QWidget *parent)
 
     auto *const buttons = new QDialogButtonBox{this};
     saveButton = buttons->addButton(tr("Save"), QDialogButtonBox::AcceptRole);
-    buttons->addButton(QDialogButtonBox::Cancel);
+    // Some desktops put an icon on it that fits neither the colours nor the other button.
+    buttons->addButton(QDialogButtonBox::Cancel)->setIcon({});
 
     auto *const column = new QVBoxLayout{this};
     column->setContentsMargins(surround);

@@ -22,6 +22,10 @@ public:
     /// `window` is what Show brings back, and becomes the parent.
     explicit TrayController(QWidget *window);
 
+    /// True if there is an icon through which the user can bring the window back. A tray that came
+    /// up after construction has none.
+    bool hasIcon() const { return tray != nullptr; }
+
     /// `text` is shown as it stands, after the product's name.
     void setStatusText(const QString &text);
 

@@ -285,6 +285,7 @@ private Q_SLOTS:
     void noticesOverHiddenWindow_data();
     void noticesOverHiddenWindow();
     void withoutTray();
+    void trayThatComesLate();
 
 private:
     static void verifyQuietEnd(QProcess *client);
@@ -521,6 +522,19 @@ void tst_Tray::withoutTray()
     const Desktop::Window window = desktop.visibleWindows(title()).first();
     QCOMPARE(desktop.geometry(window).size(), QSize(360, 560));
     desktop.close(window);
+    verifyQuietEnd(client);
+}
+
+void tst_Tray::trayThatComesLate()
+{
+    Desktop desktop;
+    QProcess *const client = desktop.start(QStringLiteral(IXOVPN_CLIENT));
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    desktop.start(QStringLiteral("trayer"));
+    QVERIFY(waitFor([&] { return !desktop.windows(QStringLiteral("panel")).isEmpty(); }));
+
+    // There is a tray now, but no icon of ours in it: a hidden window could not be reached.
+    desktop.close(desktop.visibleWindows(title()).first());
     verifyQuietEnd(client);
 }
 
