@@ -556,8 +556,12 @@ void tst_ReferralDialog::itsEndIsNotTheProgramsEnd()
 {
     const QSignalSpy lastClosed{qApp, &QGuiApplication::lastWindowClosed};
     dialog->show();
-    dialog->close();
-    QCoreApplication::sendPostedEvents();
+    QTimer::singleShot(0, dialog.get(), [this] {
+        dialog->close();
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    });
+    QApplication::exec();
+    QVERIFY(!dialog->isVisible());
     QCOMPARE(lastClosed.size(), 0);
 }
 

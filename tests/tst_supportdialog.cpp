@@ -70,6 +70,7 @@ private Q_SLOTS:
     void withoutAVersion();
     void idOfAnotherType();
     void serviceSettingsAreNotWritten();
+    void usersStoreOfTheServiceDoesNotCount();
     void clientsOwnSettingsHoldNoId();
     void referralRow_data();
     void referralRow();
@@ -89,6 +90,8 @@ private Q_SLOTS:
     void longIdKeepsItsBeginning();
     void idOfAnyContent_data();
     void idOfAnyContent();
+    void ampersandIsPainted();
+    void buttonGivesWay();
     void endlessId();
     void keyboardGoesRoundInThePage();
     void keysCopy_data();
@@ -321,6 +324,16 @@ void tst_SupportDialog::serviceSettingsAreNotWritten()
     QCOMPARE(serviceSettings().allKeys(), QStringList{idKey});
     QCOMPARE(serviceSettings().value(idKey).toString(), id);
     QVERIFY(QSettings{}.allKeys().isEmpty());
+}
+
+void tst_SupportDialog::usersStoreOfTheServiceDoesNotCount()
+{
+    QSettings users{QSettings::UserScope, QStringLiteral("IXOVPN"), QStringLiteral("IxoService")};
+    users.setValue(idKey, QStringLiteral("the user's own"));
+    users.sync();
+    make();
+    QCOMPARE(button(1)->text(), id);
+    users.clear();
 }
 
 void tst_SupportDialog::clientsOwnSettingsHoldNoId()
@@ -617,6 +630,24 @@ void tst_SupportDialog::idOfAnyContent()
     QVERIFY(button(1)->height() < 2 * button(0)->height());
     button(1)->click();
     QCOMPARE(clipboard(), value);
+}
+
+void tst_SupportDialog::ampersandIsPainted()
+{
+    ui::CopyButton button{QStringLiteral("a&b"), nullptr};
+    QPushButton reference{QStringLiteral("a&&b")};
+    for (QPushButton *each : {static_cast<QPushButton *>(&button), &reference}) {
+        each->setAutoDefault(false);
+        each->resize(100, 30);
+    }
+    QCOMPARE(button.grab().toImage(), reference.grab().toImage());
+}
+
+void tst_SupportDialog::buttonGivesWay()
+{
+    const ui::CopyButton button{id, nullptr};
+    QVERIFY(button.minimumSizeHint().width() < button.sizeHint().width() / 2);
+    QCOMPARE(button.sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
 }
 
 void tst_SupportDialog::endlessId()
