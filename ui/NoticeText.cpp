@@ -14,8 +14,6 @@ namespace ui {
 
 namespace {
 
-const QColor linkColour{255, 138, 78};
-
 // Each level of tables doubles the toolkit's work, and wide spans multiply cells.
 constexpr int deepestTable = 5;
 constexpr int mostCells = 10'000;
@@ -155,15 +153,8 @@ void disarm(QTextDocument &document)
 } // namespace
 
 NoticeText::NoticeText(const QString &text, QWidget *parent)
-    : QLabel(parent)
+    : LinkLabel(parent)
 {
-    setTextFormat(Qt::RichText);
-    setTextInteractionFlags(Qt::TextBrowserInteraction);
-    setOpenExternalLinks(true);
-    QPalette colours = palette();
-    colours.setColor(QPalette::Link, linkColour);
-    setPalette(colours);
-
     // For a label without a name, assistive technology gets a text that is parsed once more, in a
     // document that loads what it likes.
     setAccessibleName(QStringLiteral(" "));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QLabel>
+#include "ui/LinkLabel.h"
 
 namespace ui {
 
@@ -12,7 +12,7 @@ namespace ui {
 /// Links to http, https and mailto addresses open outside the program; every other link is plain
 /// text. Tables too many or too deep to be laid out in reasonable time turn the whole into plain
 /// text.
-class NoticeText : public QLabel
+class NoticeText : public LinkLabel
 {
     Q_OBJECT
 

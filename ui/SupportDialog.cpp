@@ -1,6 +1,7 @@
 #include "ui/SupportDialog.h"
 
 #include "ui/CopyButton.h"
+#include "ui/LinkLabel.h"
 #include "ui/ReferralCode.h"
 #include "ui/SupportLink.h"
 
@@ -26,8 +27,6 @@ constexpr int copyRowGap = 8;
 constexpr std::chrono::milliseconds feedbackTime{1500};
 constexpr const char *copyValueProperty = "copyValue";
 
-const QColor linkColour{255, 138, 78};
-
 QString pageStyle()
 {
     return QStringLiteral(
@@ -46,30 +45,10 @@ QString storedClientId()
     return service.value(QStringLiteral("client_id")).toString();
 }
 
-// The toolkit's label never lets go of the keyboard when Shift and Tab are to leave its link.
-class LinkLabel : public QLabel
-{
-public:
-    using QLabel::QLabel;
-
-protected:
-    bool focusNextPrevChild(bool next) override
-    {
-        return !next && hasSelectedText() ? QWidget::focusNextPrevChild(next)
-                                          : QLabel::focusNextPrevChild(next);
-    }
-};
-
 QLabel *makeLink(const QString &address, QWidget *parent)
 {
     auto *const link = new LinkLabel{parent};
     link->setObjectName(QStringLiteral("link"));
-    link->setTextFormat(Qt::RichText);
-    link->setTextInteractionFlags(Qt::TextBrowserInteraction);
-    link->setOpenExternalLinks(true);
-    QPalette colours = link->palette();
-    colours.setColor(QPalette::Link, linkColour);
-    link->setPalette(colours);
     link->setText(QStringLiteral("<a style=\"color:#FF8A4E;text-decoration:none;font-weight:600;\""
                                  " href=\"%1\">%1</a>")
                       .arg(address));

@@ -94,6 +94,9 @@ QStringList tabRound(const QWidget *window, bool back)
     for (int i = 0; i < manyPresses; ++i) {
         QTest::keyClick(window->windowHandle(), back ? Qt::Key_Backtab : Qt::Key_Tab);
         const QWidget *const now = window->focusWidget();
+        if (now == nullptr) {
+            break;
+        }
         if (now != last) {
             const QString name = now->objectName();
             names += name.isEmpty() ? QString{QLatin1String{now->metaObject()->className()}} : name;
