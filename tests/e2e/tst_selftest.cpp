@@ -489,6 +489,7 @@ void tst_SelfTest::manyAtOnce()
 {
     constexpr int count = 40;
     std::vector<std::unique_ptr<QProcess>> runs;
+    runs.reserve(count);
     for (int i = 0; i < count; ++i) {
         runs.push_back(start({localeOption, QStringLiteral("de_DE"), outputOption,
                               QStringLiteral("%1.txt").arg(i)}));
