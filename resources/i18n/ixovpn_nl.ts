@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Verbonden met service</translation>
+    <translation>Verbonden met de service</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -73,7 +73,7 @@
   </message>
   <message>
     <source>Waiting for service…</source>
-    <translation>Wachten op service…</translation>
+    <translation>Wachten op de service…</translation>
   </message>
 </context>
 <context>
@@ -180,7 +180,7 @@
   </message>
   <message>
     <source>Referral:</source>
-    <translation>Verwijzing:</translation>
+    <translation>Verwijzingscode:</translation>
   </message>
   <message>
     <source>Support</source>
