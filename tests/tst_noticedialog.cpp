@@ -38,7 +38,7 @@ const char prefix[] = "<style>a{color:#FF8A4E;text-decoration:none;font-weight:6
 const QColor background{0x1b, 0x1d, 0x3d};
 const QColor linkColour{255, 138, 78};
 
-constexpr int hangMs = 600'000;
+constexpr int hangMs = 300'000;
 
 QLabel *labelOf(const NoticeDialog &dialog)
 {
@@ -1022,7 +1022,7 @@ void tst_NoticeDialog::longNotice()
     QCOMPARE(dialog.focusWidget(), label);
     QTest::keyClick(label, Qt::Key_Tab);
     QCOMPARE(dialog.focusWidget(), ok);
-    QTest::keyClick(ok, Qt::Key_Backtab);
+    QTest::keyClick(ok, Qt::Key_Tab);
     QCOMPARE(dialog.focusWidget(), label);
 
     area->verticalScrollBar()->setValue(0);
