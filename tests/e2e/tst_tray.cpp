@@ -118,6 +118,7 @@ public:
         const auto argument = value.value<QDBusArgument>();
         QString icon;
         QString text;
+        QString description;
         argument.beginStructure();
         argument >> icon;
         argument.beginArray();
@@ -126,7 +127,8 @@ public:
             argument.endStructure();
         }
         argument.endArray();
-        argument >> text;
+        argument >> text >> description;
+        argument.endStructure();
         return text;
     }
 
@@ -165,12 +167,16 @@ public:
             const auto entry = child.variant().value<QDBusArgument>();
             MenuEntry found;
             QVariantMap details;
+            QVariantList children;
             entry.beginStructure();
-            entry >> found.id >> details;
+            entry >> found.id >> details >> children;
+            entry.endStructure();
             found.label = details.value(QStringLiteral("label")).toString();
             found.type = details.value(QStringLiteral("type")).toString();
             entries.append(found);
         }
+        root.endArray();
+        root.endStructure();
         return entries;
     }
 
@@ -277,6 +283,8 @@ private Q_SLOTS:
     void toolTipUnderMouse();
     void clickBringsWindowBack_data();
     void clickBringsWindowBack();
+    void clickBringsWindowToFront_data();
+    void clickBringsWindowToFront();
     void otherButtonsDoNot_data();
     void otherButtonsDoNot();
     void menuOverBus();
@@ -294,8 +302,6 @@ private:
 void tst_Tray::verifyQuietEnd(QProcess *client)
 {
     QVERIFY(waitFor([client] { return client->state() == QProcess::NotRunning; }));
-    QCOMPARE(client->exitStatus(), QProcess::NormalExit);
-    QCOMPARE(client->exitCode(), 0);
     QCOMPARE(client->readAllStandardOutput(), QByteArray{});
     // The toolkit sometimes asks for a frame that the window manager has just taken away.
     QByteArrayList errors = client->readAllStandardError().split('\n');
@@ -306,6 +312,8 @@ void tst_Tray::verifyQuietEnd(QProcess *client)
                                 }),
                  errors.end());
     QCOMPARE(errors.join('\n'), QByteArray{});
+    QCOMPARE(client->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(client->exitCode(), 0);
 }
 
 void tst_Tray::toolTipOverBus()
@@ -397,6 +405,33 @@ void tst_Tray::clickBringsWindowBack()
     QVERIFY(waitFor([&] { return desktop.isActive(); }));
     QCOMPARE(desktop.geometry(desktop.window).size(), QSize(360, 560));
     QVERIFY(!desktop.icon().isNull());
+}
+
+void tst_Tray::clickBringsWindowToFront_data()
+{
+    addHosts();
+}
+
+void tst_Tray::clickBringsWindowToFront()
+{
+    QFETCH(Host, host);
+    TrayDesktop desktop{host};
+    QVERIFY(desktop.up);
+    const QRect place = desktop.geometry(desktop.window);
+    desktop.start(QStringLiteral("xev"), {QStringLiteral("-geometry"), QStringLiteral("%1x%2+%3+%4")
+                                                                           .arg(place.width())
+                                                                           .arg(place.height())
+                                                                           .arg(place.x())
+                                                                           .arg(place.y())});
+    const QString other = QStringLiteral("Event Tester");
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(other).size() == 1; }));
+    desktop.activate(desktop.visibleWindows(other).first());
+    QVERIFY(!desktop.isActive());
+
+    desktop.click(desktop.icon());
+    QVERIFY(waitFor([&] { return desktop.isActive(); }));
+    const QImage picture = desktop.screenshot(desktop.window);
+    QCOMPARE(picture.pixelColor(2, 2), QColor(27, 29, 61));
 }
 
 void tst_Tray::otherButtonsDoNot_data()
