@@ -102,8 +102,7 @@ void tst_KeptPicture::opaquePictureKeepsNoAlpha()
         QPainter painter{&shown};
         kept.show(painter, widgetExtent, [](QPainter &picture) {
             const auto *const pixels = dynamic_cast<QPixmap *>(picture.device());
-            QVERIFY(pixels != nullptr);
-            QVERIFY(!pixels->hasAlphaChannel());
+            QVERIFY(pixels != nullptr && !pixels->hasAlphaChannel());
             opaqueDrawing(picture);
         });
         QPainter directly{&direct};

@@ -628,10 +628,11 @@ void tst_ToggleSwitchPixels::powerSymbol()
     const double end = 2.0 * std::asin(3.04 / 2.0 / 16.72) * 180.0 / M_PI;
     const double half = std::asin(3.04 / 16.72) * 180.0 / M_PI;
     const double changes[] = {60.0 + end, 90.0 - half, 90.0 + half, 120.0 - end};
-    constexpr double turn = 0.1;
+    constexpr int turnsPerDegree = 10;
     QVector<double> found;
     bool was = true;
-    for (double degrees = 45.0; degrees < 405.0; degrees += turn) {
+    for (int turn = 45 * turnsPerDegree; turn < 405 * turnsPerDegree; ++turn) {
+        const double degrees = static_cast<double>(turn) / turnsPerDegree;
         const double angle = degrees * M_PI / 180.0;
         const QPointF place = centre + QPointF{std::cos(angle), -std::sin(angle)} * 16.72;
         const bool is = coloured(pixelAt(image, place));

@@ -27,6 +27,7 @@ bool LinkLabel::focusNextPrevChild(bool next)
     }
     // Backwards from the first link the toolkit chooses that link again, for ever.
     const bool isStuck = hasFocus() && link >= 0 && selectionStart() == link;
+    // Past the label's own way, which is what sticks. NOLINTNEXTLINE(bugprone-parent-virtual-call)
     return !isStuck || QWidget::focusNextPrevChild(next);
 }
 

@@ -41,7 +41,7 @@
   </message>
   <message>
     <source>Idle</source>
-    <translation>Bezczynny</translation>
+    <translation>Nieaktywny</translation>
   </message>
   <message>
     <source>Service connected</source>

@@ -9,7 +9,7 @@
   </message>
   <message>
     <source>Connected</source>
-    <translation>Bağlandı</translation>
+    <translation>Bağlı</translation>
   </message>
   <message>
     <source>Connecting…</source>
@@ -17,7 +17,7 @@
   </message>
   <message>
     <source>Disconnected</source>
-    <translation>Bağlantı kesildi</translation>
+    <translation>Bağlı değil</translation>
   </message>
   <message>
     <source>Disconnecting…</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Geçersiz kod — tam olarak 6 harf veya rakam olmalı</translation>
+    <translation>Geçersiz kod — tam 6 harf veya rakamdan oluşmalı</translation>
   </message>
   <message>
     <source>Referral Code</source>

@@ -56,6 +56,7 @@ std::int64_t now()
 Child::Child(const std::vector<std::string> &command)
 {
     std::vector<char *> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string &word : command) {
         arguments.push_back(const_cast<char *>(word.c_str()));
     }

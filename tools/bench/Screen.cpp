@@ -127,7 +127,7 @@ bool Screen::showsFailure() const
     constexpr int height = 200;
     const auto column = pixels(windowWidth / 2, top, 1, height);
     for (int y = 0; column && y < height; ++y) {
-        if (isFailure(column->data() + y * bytesPerPixel)) {
+        if (isFailure(column->data() + std::ptrdiff_t{y} * bytesPerPixel)) {
             return true;
         }
     }

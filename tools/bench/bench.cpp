@@ -49,7 +49,7 @@ constexpr double idleAim = 0.0;
 class Bench
 {
 public:
-    Bench(std::string programs_, std::string figures_, int rounds_)
+    Bench(const std::string &programs_, std::string figures_, int rounds_)
         : client(programs_ + "/ixovpn-client")
         , floor(programs_ + "/ixovpn-bench-floor")
         , figures(std::move(figures_))
