@@ -10,7 +10,8 @@ namespace app {
 /// Programs that are started after this object's end do not inherit it. A choice that the user
 /// has made in the environment stands.
 ///
-/// To be made before the application object, while there are no other threads.
+/// To be made before the application object, while there are no other threads, and ended on the
+/// main thread right after the first window is shown.
 class PlainDrawing
 {
 public:

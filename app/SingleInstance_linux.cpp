@@ -7,9 +7,9 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -173,10 +173,12 @@ bool SingleInstance::claim()
             askForWindow(found->path);
             return false;
         }
-        if (isRemoved(found->folder)) {
+        if (locked && isRemoved(found->folder)) {
             continue;
         }
-        d->place = std::move(found);
+        if (locked) {
+            d->place = std::move(found);
+        }
         break;
     }
     // Without a place to hold, a client that runs is better than one that does not.

@@ -32,8 +32,10 @@ QByteArray oneLineFromEnvironment(const char *variable)
 uint32_t userTime(const QByteArray &startupId)
 {
     const int mark = startupId.lastIndexOf(timeMark);
-    return mark < 0 ? XCB_CURRENT_TIME
-                    : static_cast<uint32_t>(startupId.mid(mark + 5).toULongLong());
+    return mark < 0
+               ? XCB_CURRENT_TIME
+               : static_cast<uint32_t>(
+                     startupId.mid(mark + static_cast<int>(sizeof timeMark) - 1).toULongLong());
 }
 
 /// A connection of our own to the display: the toolkit has no public way to send these messages.

@@ -39,7 +39,7 @@ target_compile_options(ixovpn_options INTERFACE
   -fstack-protector-strong -ffunction-sections -fdata-sections)
 if(WIN32)
   target_link_options(ixovpn_options INTERFACE
-    -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)
+    -fstack-protector-strong -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)
 else()
   target_compile_options(ixovpn_options INTERFACE -fstack-clash-protection -fcf-protection)
   target_link_options(ixovpn_options INTERFACE

@@ -102,7 +102,7 @@ void tst_LanguageSwitch::switchTo_data()
     row("ja", "ja", "未接続");
     row("nl", "nl", "Niet verbonden");
     row("pl", "pl", "Rozłączono");
-    row("tr", "tr", "Bağlantı kesildi");
+    row("tr", "tr", "Bağlı değil");
     row("uk", "uk", "Відключено");
     row("cs", "cs", "Odpojeno");
     row("xx", "en", "Disconnected");

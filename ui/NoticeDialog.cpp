@@ -91,7 +91,7 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
 
     const QSize room = screen()->availableSize() * screenShare;
     label->ensurePolished();
-    const int width = std::clamp(column->sizeHint().width(), narrowest, room.width());
+    const int width = std::max(narrowest, std::min(column->sizeHint().width(), room.width()));
     const int height = column->totalHeightForWidth(width);
     if (column->minimumSize().width() > room.width() || height > room.height()) {
         column->removeWidget(label);

@@ -78,13 +78,13 @@ QTextCharFormat withoutLink(QTextCharFormat format)
 
 bool canBeLaidOut(const QTextDocument &document)
 {
-    int cells = 0;
+    qint64 cells = 0;
     std::vector<std::pair<const QTextFrame *, int>> waiting{{document.rootFrame(), 0}};
     while (!waiting.empty()) {
         const auto [frame, depth] = waiting.back();
         waiting.pop_back();
         if (const auto *const table = qobject_cast<const QTextTable *>(frame)) {
-            cells += table->rows() * table->columns();
+            cells += qint64{table->rows()} * table->columns();
         }
         if (depth > deepestTable || cells > mostCells) {
             return false;

@@ -162,7 +162,7 @@ void tst_SelfTest::locales_data()
     row("ja", "ja_JP", "接続済み", "未接続");
     row("nl", "nl_NL", "Verbonden", "Niet verbonden");
     row("pl", "pl_PL", "Połączono", "Rozłączono");
-    row("tr", "tr_TR", "Bağlandı", "Bağlantı kesildi");
+    row("tr", "tr_TR", "Bağlı", "Bağlı değil");
     row("uk", "uk_UA", "Підключено", "Відключено");
     row("cs", "cs_CZ", "Připojeno", "Odpojeno");
     row("de_DE", "de_DE", "Verbunden", "Getrennt");

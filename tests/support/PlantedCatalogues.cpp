@@ -15,17 +15,17 @@ PlantedCatalogues::PlantedCatalogues()
     const QStringList places{
         QStringLiteral("x.qm"),
         QStringLiteral("ixovpn_x.qm"),
-        QStringLiteral("work/x.qm"),
-        QStringLiteral("work/x"),
-        QStringLiteral("work/.qm"),
-        QStringLiteral("work/ixovpn_x.qm"),
-        QStringLiteral("work/i18n/x.qm"),
-        QStringLiteral("work/i18n/ixovpn_x.qm"),
-        QStringLiteral("work/:/x.qm"),
-        QStringLiteral("work/:/i18n/x.qm"),
-        QStringLiteral("work/:/i18n/ixovpn_x.qm"),
-        QStringLiteral("work/:/i18n/ixovpn_/x.qm"),
-        QStringLiteral("work/:/i18n/ixovpn_../x.qm"),
+        QStringLiteral("planted/x.qm"),
+        QStringLiteral("planted/x"),
+        QStringLiteral("planted/.qm"),
+        QStringLiteral("planted/ixovpn_x.qm"),
+        QStringLiteral("planted/i18n/x.qm"),
+        QStringLiteral("planted/i18n/ixovpn_x.qm"),
+        QStringLiteral("planted/:/x.qm"),
+        QStringLiteral("planted/:/i18n/x.qm"),
+        QStringLiteral("planted/:/i18n/ixovpn_x.qm"),
+        QStringLiteral("planted/:/i18n/ixovpn_/x.qm"),
+        QStringLiteral("planted/:/i18n/ixovpn_../x.qm"),
     };
     for (const QString &path : places) {
         const QString file = place.filePath(path);
@@ -34,7 +34,7 @@ PlantedCatalogues::PlantedCatalogues()
             qFatal("Cannot plant %s", qPrintable(file));
         }
     }
-    QDir::setCurrent(place.filePath(QStringLiteral("work")));
+    QDir::setCurrent(place.filePath(QStringLiteral("planted")));
 }
 
 PlantedCatalogues::~PlantedCatalogues()
@@ -54,7 +54,7 @@ QStringList PlantedCatalogues::tags() const
         QStringLiteral("/x"),
         QStringLiteral("./x"),
         QStringLiteral("../../x"),
-        QStringLiteral("../../../work/x"),
+        QStringLiteral("../../../planted/x"),
         QStringLiteral("\\..\\..\\x"),
         QStringLiteral(":/x"),
         QStringLiteral("/:/i18n/ixovpn_x"),
