@@ -1,4 +1,5 @@
 #include "app/Identity.h"
+#include "app/OrderlyFailure.h"
 #include "app/PlainDrawing.h"
 #include "app/SelfTest.h"
 #include "app/SingleInstance.h"
@@ -21,6 +22,7 @@ int main(int argc, char *argv[])
         app::allowMissingDisplay();
     }
 
+    const app::OrderlyFailure orderlyFailure;
     std::optional<app::PlainDrawing> plainDrawing{std::in_place};
     QApplication application{argc, argv};
     app::setIdentity();

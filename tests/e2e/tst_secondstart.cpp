@@ -1,5 +1,6 @@
 #include "tests/support/Desktop.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -88,6 +89,9 @@ private Q_SLOTS:
     void environmentDoesNotMatter_data();
     void environmentDoesNotMatter();
     void noPlaceToHold();
+    void noDisplay();
+    void unreadableSettings_data();
+    void unreadableSettings();
     void selfTestOptionAsLastArgumentSkipsTheCheck();
     void otherArgumentsDoNotSkipTheCheck_data();
     void otherArgumentsDoNotSkipTheCheck();
@@ -254,6 +258,58 @@ void tst_SecondStart::noPlaceToHold()
     QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
     QVERIFY(isRunning(client));
     kill(client);
+}
+
+void tst_SecondStart::noDisplay()
+{
+    QProcess client;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    client.setProcessEnvironment(environment);
+    client.start(QStringLiteral(IXOVPN_CLIENT), QStringList{});
+    QVERIFY(client.waitForFinished(-1));
+    QCOMPARE(client.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(client.exitCode(), 1);
+    QVERIFY(client.readAllStandardError().contains("could not connect to display"));
+}
+
+void tst_SecondStart::unreadableSettings_data()
+{
+    QTest::addColumn<QString>("make");
+    QTest::newRow("a folder in the file's place") << QStringLiteral("mkdir -p \"$1\"");
+    QTest::newRow("rubbish") << QStringLiteral(
+        "head -c 100000 /dev/urandom | tr -d '\\n' > \"$1\"");
+    QTest::newRow("empty") << QStringLiteral(": > \"$1\"");
+    QTest::newRow("a link to nowhere") << QStringLiteral("ln -s /nowhere/at/all \"$1\"");
+}
+
+void tst_SecondStart::unreadableSettings()
+{
+    QFETCH(QString, make);
+    const QString script = QStringLiteral("mkdir -p \"$(dirname \"$1\")\" && rm -rf \"$1\" && ");
+    const QString file = QStringLiteral("/tmp/home/.config/IXOVPN/IxoClient.conf");
+    QCOMPARE(QProcess::execute(QStringLiteral("sh"),
+                               {QStringLiteral("-c"), script + make, QStringLiteral("sh"), file}),
+             0);
+    const auto contents = [&file] {
+        QFile stored{file};
+        return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray{};
+    };
+    const QByteArray before = contents();
+    QTcpServer service;
+    QVERIFY(takesTheService(service));
+    const auto client = startClient(withoutDisplay());
+    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    QTcpSocket *const link = service.nextPendingConnection();
+    QByteArray said;
+    QVERIFY(waitFor([&] {
+        said += link->readAll();
+        return said.contains("{\"cmd\":\"status\"}\n");
+    }));
+    QVERIFY(isRunning(*client));
+    QCOMPARE(contents(), before);
+    kill(*client);
+    QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), file});
 }
 
 void tst_SecondStart::selfTestOptionAsLastArgumentSkipsTheCheck()
