@@ -150,6 +150,7 @@ private Q_SLOTS:
     void serviceAppearsLater();
     void resetsDoNotRaiseThePace();
     void askedWhileWaitingKeepsThePace();
+    void staleTimerDoesNotRaiseThePace();
     void socketOptions();
     void proxiesAreIgnored_data();
     void proxiesAreIgnored();
@@ -359,6 +360,32 @@ void tst_ServiceClient::resetsDoNotRaiseThePace()
     ups.removeAll(down);
     QCOMPARE(link.events.count(down), ups.size() - 1);
     QCOMPARE(link.events.last(), up);
+}
+
+// A second timer that is armed for the same loss fires between two attempts.
+void tst_ServiceClient::staleTimerDoesNotRaiseThePace()
+{
+    constexpr int betweenAttemptsMs = 700;
+    constexpr int fewerThanThePaceMs = 1300;
+    constexpr int attemptsWatched = 4;
+
+    ServiceClient client{nullptr};
+    auto *const socket = client.findChild<QTcpSocket *>();
+    QList<qint64> attempts;
+    connect(socket, &QTcpSocket::stateChanged, this,
+            [&attempts](QAbstractSocket::SocketState state) {
+                if (state == QAbstractSocket::ConnectingState) {
+                    attempts.append(QDeadlineTimer::current().deadline());
+                }
+            });
+    client.connectToService();
+    QTimer::singleShot(betweenAttemptsMs, socket, [socket] {
+        Q_EMIT socket->errorOccurred(QAbstractSocket::ConnectionRefusedError);
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(attempts.size() >= attemptsWatched, 60'000);
+    for (int i = 1; i < attempts.size(); ++i) {
+        QVERIFY(attempts.at(i) - attempts.at(i - 1) > fewerThanThePaceMs);
+    }
 }
 
 void tst_ServiceClient::askedWhileWaitingKeepsThePace()
