@@ -18,6 +18,7 @@ private Q_SLOTS:
 
     void construction();
     void keyboardReachesEveryLink();
+    void tabTakesALinkAtOnce();
     void keyboardLeavesBothWays_data();
     void keyboardLeavesBothWays();
     void aloneInItsWindow();
@@ -85,6 +86,16 @@ void tst_LinkLabel::keyboardReachesEveryLink()
     const QStringList back{QStringLiteral("third"), QStringLiteral("second"),
                            QStringLiteral("first")};
     QCOMPARE(reached, back);
+}
+
+void tst_LinkLabel::tabTakesALinkAtOnce()
+{
+    before->setFocus();
+    press(Qt::Key_Tab);
+    QCOMPARE(label->selectedText(), QStringLiteral("first"));
+    after->setFocus();
+    press(Qt::Key_Backtab);
+    QCOMPARE(label->selectedText(), QStringLiteral("third"));
 }
 
 void tst_LinkLabel::keyboardLeavesBothWays_data()

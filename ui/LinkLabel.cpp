@@ -1,5 +1,7 @@
 #include "ui/LinkLabel.h"
 
+#include <QFocusEvent>
+
 namespace ui {
 
 namespace {
@@ -17,6 +19,18 @@ LinkLabel::LinkLabel(QWidget *parent)
     QPalette colours = palette();
     colours.setColor(QPalette::Link, linkColour);
     setPalette(colours);
+}
+
+void LinkLabel::focusInEvent(QFocusEvent *event)
+{
+    QLabel::focusInEvent(event);
+    const bool byTab =
+        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    // Without a link the toolkit would only pass the focus on.
+    if (byTab && !hasSelectedText() &&
+        text().contains(QLatin1String{"href"}, Qt::CaseInsensitive)) {
+        QLabel::focusNextPrevChild(event->reason() == Qt::TabFocusReason);
+    }
 }
 
 bool LinkLabel::focusNextPrevChild(bool next)

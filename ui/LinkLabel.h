@@ -6,8 +6,8 @@ namespace ui {
 
 /// A label for rich text with links, which open outside the program.
 ///
-/// Mouse and keyboard reach every link and, unlike with the toolkit's own label, the keyboard
-/// leaves them in both directions.
+/// Mouse and keyboard reach every link. Unlike with the toolkit's own label, the Tab key that
+/// enters the label takes a link at once, and the keyboard leaves the links in both directions.
 class LinkLabel : public QLabel
 {
     Q_OBJECT
@@ -16,6 +16,7 @@ public:
     explicit LinkLabel(QWidget *parent);
 
 protected:
+    void focusInEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 };
 

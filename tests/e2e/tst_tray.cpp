@@ -1,13 +1,7 @@
 #include "tests/support/Desktop.h"
 #include "tests/support/ScriptedService.h"
+#include "tests/support/StatusPanel.h"
 
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusInterface>
-#include <QDBusReply>
-#include <QDBusVariant>
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 #include <algorithm>
@@ -15,6 +9,7 @@
 
 using support::Desktop;
 using support::ScriptedService;
+using support::StatusPanel;
 using support::waitFor;
 
 namespace {
@@ -35,168 +30,6 @@ QString title()
 // Both hosts are told to lie here.
 constexpr QRect trayArea{0, 0, 380, 40};
 
-/// One panel at the top left with nothing in it but the tray.
-void configurePanel()
-{
-    const QDir folder{QDir::homePath() +
-                      QStringLiteral("/.config/xfce4/xfconf/xfce-perchannel-xml")};
-    QDir::root().mkpath(folder.path());
-    QFile file{folder.filePath(QStringLiteral("xfce4-panel.xml"))};
-    if (!file.open(QIODevice::WriteOnly)) {
-        qFatal("The panel's settings cannot be written");
-    }
-    file.write(R"(<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="length" type="uint" value="25"/>
-      <property name="size" type="uint" value="32"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
-)");
-}
-
-/// A session bus as a tool would see it.
-class Bus
-{
-public:
-    explicit Bus(const Desktop &desktop)
-        : connection(QDBusConnection::connectToBus(
-              desktop.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")), name()))
-    {}
-    ~Bus() { QDBusConnection::disconnectFromBus(name()); }
-    Bus(const Bus &) = delete;
-    Bus &operator=(const Bus &) = delete;
-
-    QVariant property(const QString &service, const QString &path, const QString &interface,
-                      const QString &property) const
-    {
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
-            QStringLiteral("Get"));
-        call << interface << property;
-        const QDBusReply<QDBusVariant> reply = connection.call(call);
-        return reply.isValid() ? reply.value().variant() : QVariant{};
-    }
-
-    QVariant watcher(const QString &name) const
-    {
-        return property(QStringLiteral("org.kde.StatusNotifierWatcher"),
-                        QStringLiteral("/StatusNotifierWatcher"),
-                        QStringLiteral("org.kde.StatusNotifierWatcher"), name);
-    }
-
-    /// The bus name of the one icon that is registered; empty if there is not exactly one.
-    QString item() const
-    {
-        const QStringList items =
-            watcher(QStringLiteral("RegisteredStatusNotifierItems")).toStringList();
-        return items.size() == 1 ? items.first().section(QLatin1Char{'/'}, 0, 0) : QString{};
-    }
-
-    QVariant itemProperty(const QString &name) const
-    {
-        return property(item(), QStringLiteral("/StatusNotifierItem"),
-                        QStringLiteral("org.kde.StatusNotifierItem"), name);
-    }
-
-    QString toolTip() const
-    {
-        const QVariant value = itemProperty(QStringLiteral("ToolTip"));
-        if (value.userType() != qMetaTypeId<QDBusArgument>()) {
-            return {};
-        }
-        const auto argument = value.value<QDBusArgument>();
-        QString icon;
-        QString text;
-        QString description;
-        argument.beginStructure();
-        argument >> icon;
-        argument.beginArray();
-        while (!argument.atEnd()) {
-            argument.beginStructure();
-            argument.endStructure();
-        }
-        argument.endArray();
-        argument >> text >> description;
-        argument.endStructure();
-        return text;
-    }
-
-    QDBusMessage callMenu(const QString &method, const QVariantList &arguments) const
-    {
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            item(), itemProperty(QStringLiteral("Menu")).value<QDBusObjectPath>().path(),
-            QStringLiteral("com.canonical.dbusmenu"), method);
-        call.setArguments(arguments);
-        return connection.call(call);
-    }
-
-    struct MenuEntry
-    {
-        int id = 0;
-        QString label;
-        QString type;
-    };
-
-    QList<MenuEntry> menu() const
-    {
-        QList<MenuEntry> entries;
-        const QDBusMessage reply = callMenu(QStringLiteral("GetLayout"), {0, -1, QStringList{}});
-        if (reply.arguments().size() < 2) {
-            return entries;
-        }
-        const auto root = reply.arguments().at(1).value<QDBusArgument>();
-        int id = 0;
-        QVariantMap properties;
-        root.beginStructure();
-        root >> id >> properties;
-        root.beginArray();
-        while (!root.atEnd()) {
-            QDBusVariant child;
-            root >> child;
-            const auto entry = child.variant().value<QDBusArgument>();
-            MenuEntry found;
-            QVariantMap details;
-            QVariantList children;
-            entry.beginStructure();
-            entry >> found.id >> details >> children;
-            entry.endStructure();
-            found.label = details.value(QStringLiteral("label")).toString();
-            found.type = details.value(QStringLiteral("type")).toString();
-            entries.append(found);
-        }
-        root.endArray();
-        root.endStructure();
-        return entries;
-    }
-
-    void choose(const QString &label) const
-    {
-        for (const MenuEntry &entry : menu()) {
-            if (entry.label == label) {
-                callMenu(QStringLiteral("Event"),
-                         {entry.id, QStringLiteral("clicked"),
-                          QVariant::fromValue(QDBusVariant{QString{}}), 0U});
-            }
-        }
-    }
-
-private:
-    static QString name() { return QStringLiteral("test"); }
-
-    QDBusConnection connection;
-};
-
 /// A desktop with a tray and the client, both up.
 class TrayDesktop : public Desktop
 {
@@ -212,13 +45,8 @@ public:
                    QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
             up = waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
         } else {
-            configurePanel();
-            startSessionBus();
-            bus = std::make_unique<Bus>(*this);
-            start(QStringLiteral("xfce4-panel"), {QStringLiteral("--disable-wm-check")});
-            up = waitFor([this] {
-                return bus->watcher(QStringLiteral("IsStatusNotifierHostRegistered")).toBool();
-            });
+            panel = std::make_unique<StatusPanel>(*this);
+            up = panel->isUp();
         }
         client = start(QStringLiteral(IXOVPN_CLIENT));
         up = up && waitFor([this] {
@@ -258,7 +86,7 @@ public:
 
     bool up = false;
     ScriptedService service;
-    std::unique_ptr<Bus> bus;
+    std::unique_ptr<StatusPanel> panel;
     QProcess *client = nullptr;
     Window window = 0;
 };
@@ -322,7 +150,7 @@ void tst_Tray::toolTipOverBus()
     QVERIFY(desktop.up);
     const auto shows = [&desktop](const char16_t *text) {
         const QString expected = QString::fromUtf16(text);
-        return waitFor([&] { return desktop.bus->toolTip() == expected; });
+        return waitFor([&] { return desktop.panel->toolTip() == expected; });
     };
     QVERIFY(shows(u"IXOVPN \u2014 disconnected"));
     desktop.service.sendLine("status: starting");
@@ -457,7 +285,7 @@ void tst_Tray::menuOverBus()
 {
     TrayDesktop desktop{Host::StatusNotifier};
     QVERIFY(desktop.up);
-    const QList<Bus::MenuEntry> entries = desktop.bus->menu();
+    const QList<StatusPanel::MenuEntry> entries = desktop.panel->menu();
     QCOMPARE(entries.size(), 3);
     QCOMPARE(entries.at(0).label, QStringLiteral("Show"));
     QCOMPARE(entries.at(1).type, QStringLiteral("separator"));
@@ -465,10 +293,10 @@ void tst_Tray::menuOverBus()
 
     desktop.close(desktop.window);
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
-    desktop.bus->choose(QStringLiteral("Show"));
+    desktop.panel->choose(QStringLiteral("Show"));
     QVERIFY(waitFor([&] { return desktop.isShown(); }));
 
-    desktop.bus->choose(QStringLiteral("Quit"));
+    desktop.panel->choose(QStringLiteral("Quit"));
     verifyQuietEnd(desktop.client);
 }
 
@@ -536,7 +364,7 @@ void tst_Tray::noticesOverHiddenWindow()
     QCOMPARE(desktop.client->state(), QProcess::Running);
 
     if (host == Host::StatusNotifier) {
-        desktop.bus->choose(QStringLiteral("Quit"));
+        desktop.panel->choose(QStringLiteral("Quit"));
     } else {
         desktop.activate(desktop.visibleWindows(notice).first());
         desktop.pressKey(QStringLiteral("Return"));

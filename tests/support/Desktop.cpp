@@ -275,8 +275,8 @@ QImage Desktop::screenshot() const
 {
     const Outcome outcome =
         demand(QStringLiteral("import"), {QStringLiteral("-silent"), QStringLiteral("-window"),
-                                          QStringLiteral("root"), QStringLiteral("png:-")});
-    return QImage::fromData(outcome.output, "PNG");
+                                          QStringLiteral("root"), QStringLiteral("ppm:-")});
+    return QImage::fromData(outcome.output, "PPM");
 }
 
 QImage Desktop::screenshot(Window window) const

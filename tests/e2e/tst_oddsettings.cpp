@@ -1,0 +1,173 @@
+#include "tests/support/ClientSession.h"
+#include "tests/support/StoredSettings.h"
+
+#include <QDir>
+#include <QTest>
+
+using support::askStatus;
+using support::ClientSession;
+using support::copyButtons;
+using support::Desktop;
+using support::setLanguage;
+using support::setReferral;
+using support::StoredSettings;
+using support::waitFor;
+
+namespace {
+
+constexpr int hugeValue = 10'000'000;
+
+QString client()
+{
+    return QStringLiteral(IXOVPN_CLIENT);
+}
+
+} // namespace
+
+/// The real program with settings that cannot be written, or that no client has written.
+class tst_OddSettings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void storeThatCannotBeWritten_data();
+    void storeThatCannotBeWritten();
+    void oddValues_data();
+    void oddValues();
+    void hugeValues();
+
+private:
+    static bool everyPlaceOpens(ClientSession &session);
+};
+
+void tst_OddSettings::init()
+{
+    StoredSettings::ofClient().forget();
+    StoredSettings::ofService().forget();
+}
+
+bool tst_OddSettings::everyPlaceOpens(ClientSession &session)
+{
+    if (!session.openPage(ClientSession::settingsRow) || !session.use(ClientSession::backButton) ||
+        !session.openPage(ClientSession::supportRow) || !session.use(ClientSession::backButton)) {
+        return false;
+    }
+    const Desktop::Window dialog = session.openReferral();
+    return dialog != 0 && session.closeDialog(dialog);
+}
+
+void tst_OddSettings::storeThatCannotBeWritten_data()
+{
+    QTest::addColumn<QByteArray>("seal");
+    QTest::newRow("read-only") << QByteArrayLiteral("mount -o remount,ro /tmp/sealed");
+    QTest::newRow("full disk") << QByteArrayLiteral(
+        "dd if=/dev/zero of=/tmp/sealed/ballast bs=4096; test $? -ne 0");
+}
+
+// Whatever was chosen holds until the end, the service hears of it, and what was there stays.
+void tst_OddSettings::storeThatCannotBeWritten()
+{
+    QFETCH(QByteArray, seal);
+    const QString home = QStringLiteral("/tmp/sealed");
+    const auto shell = [](const Desktop &desktop, const QString &command) {
+        return desktop.run(QStringLiteral("sh"), {QStringLiteral("-c"), command}).exitCode;
+    };
+    ClientSession session{client()};
+    QDir::root().mkpath(home);
+    QCOMPARE(shell(session, QStringLiteral("mount -t tmpfs -o size=1m none ") + home), 0);
+    const StoredSettings store = StoredSettings::ofClient(home);
+    store.fill("language=de\nreferral_code=ABC123\n");
+    const QByteArray before = store.text();
+    QCOMPARE(shell(session, QString::fromLatin1(seal)), 0);
+    session.setVariable(QStringLiteral("HOME"), home);
+
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.hasReceived(setLanguage("de")));
+    const QImage german = session.still(session.window);
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(1);
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("ru")); }));
+    QVERIFY(session.still(session.window) != german);
+    const Desktop::Window dialog = session.openReferral();
+    QVERIFY(dialog != 0);
+    session.pressKey(QStringLiteral("ctrl+a"));
+    session.type(QStringLiteral("XYZ789"));
+    session.pressKey(QStringLiteral("Return"));
+    QVERIFY(waitFor([&] { return session.hasReceived(setReferral("XYZ789")); }));
+    QVERIFY(session.isGone(dialog));
+    QCOMPARE(session.client->state(), QProcess::Running);
+    QCOMPARE(store.text(), before);
+
+    session.killClient();
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.hasReceived(setLanguage("de")));
+    QVERIFY(session.hasReceived(setReferral("ABC123")));
+    session.killClient();
+    QCOMPARE(shell(session, QStringLiteral("umount ") + home), 0);
+}
+
+void tst_OddSettings::oddValues_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QByteArray>("tag");
+    QTest::newRow("lists") << QByteArrayLiteral("language=de, ru\nreferral_code=ABC123, XYZ789\n")
+                           << QByteArrayLiteral("en");
+    QTest::newRow("bytes") << QByteArrayLiteral("language=@ByteArray(ru)\nreferral_code=@Rect(1 2 "
+                                                "3 4)\n")
+                           << QByteArrayLiteral("ru");
+    QTest::newRow("broken variants")
+        << QByteArrayLiteral("language=@Variant(\\0\\0\\0\\xff)\nreferral_code=@Variant(x\n")
+        << QByteArrayLiteral("en");
+    QTest::newRow("zeros") << QByteArrayLiteral("language=\\0\nreferral_code=ABC12\\0\n")
+                           << QByteArray{};
+    QTest::newRow("not settings") << QByteArrayLiteral("\xff\xfe\x00[[[\n===\n")
+                                  << QByteArrayLiteral("en");
+}
+
+void tst_OddSettings::oddValues()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QByteArray, tag);
+    StoredSettings::ofClient().fill(lines);
+    StoredSettings::ofService().fill(lines + "client_id=1, 2, 3\n");
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    if (!tag.isEmpty()) {
+        QCOMPARE(session.service.lines(), (QList{setLanguage(tag), askStatus()}));
+    }
+    QVERIFY(everyPlaceOpens(session));
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(5);
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("it")); }));
+    QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("it"));
+}
+
+void tst_OddSettings::hugeValues()
+{
+    const QByteArray huge(hugeValue, 'a');
+    StoredSettings::ofClient().fill("language=" + huge + "\nreferral_code=" + huge + '\n');
+    StoredSettings::ofService().fill("client_id=" + huge + '\n');
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.service.lines() == (QList{setLanguage(huge), askStatus()}));
+    QVERIFY(everyPlaceOpens(session));
+    QVERIFY(session.openPage(ClientSession::supportRow));
+    const QList<QPoint> buttons = copyButtons(session.still(session.window));
+    QCOMPARE(buttons.size(), 2);
+    session.click(session.at(buttons.last()));
+    QVERIFY(session.pastes(huge));
+    QVERIFY(session.use(ClientSession::backButton));
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(4);
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("es")); }));
+    QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("es"));
+}
+
+QTEST_GUILESS_MAIN(tst_OddSettings)
+
+#include "tst_oddsettings.moc"

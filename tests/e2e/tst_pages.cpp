@@ -1,0 +1,425 @@
+#include "tests/support/ClientSession.h"
+#include "tests/support/StatusPanel.h"
+#include "tests/support/StoredSettings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <optional>
+
+using support::askStatus;
+using support::ClientSession;
+using support::copyButtons;
+using support::setLanguage;
+using support::setReferral;
+using support::StatusPanel;
+using support::StoredSettings;
+using support::waitFor;
+
+namespace {
+
+using Window = support::Desktop::Window;
+
+constexpr QPoint languageList{200, 128};
+constexpr int languageCount = 14;
+
+// The caption of the settings page keeps the language in which the window was made.
+constexpr QRect settingsCaption{0, 72, 360, 24};
+
+QString client()
+{
+    return QStringLiteral(IXOVPN_CLIENT);
+}
+
+QImage without(QImage picture, const QRect &place)
+{
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+        for (int x = place.left(); x <= place.right(); ++x) {
+            picture.setPixelColor(x, y, Qt::black);
+        }
+    }
+    return picture;
+}
+
+/// What a user sees of a language, one picture for each place; what keeps the language of the
+/// start is blackened. Ends on the main screen; a place that does not open ends the test run.
+QList<QImage> photograph(ClientSession &session)
+{
+    const auto must = [](bool done) {
+        if (!done) {
+            qFatal("A place in the program does not open or close");
+        }
+    };
+    session.activate(session.window);
+    QList<QImage> album{session.still(session.window)};
+    must(session.openMenu());
+    album += session.still(session.window);
+    must(session.use(ClientSession::settingsRow));
+    album += without(session.still(session.window), settingsCaption);
+    must(session.use(ClientSession::backButton));
+    must(session.openPage(ClientSession::supportRow));
+    album += session.still(session.window);
+    must(session.use(ClientSession::backButton));
+    const Window dialog = session.openReferral();
+    must(dialog != 0);
+    // The blinking mark in the field would make two pictures of one.
+    session.pressKey(QStringLiteral("Tab"));
+    album += session.still(dialog);
+    must(session.closeDialog(dialog));
+    return album;
+}
+
+/// The middle of the support page's link, the only thing that is orange.
+QPoint link(const QImage &page)
+{
+    QRect found;
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            const QColor colour = page.pixelColor(x, y);
+            if (colour.red() > 200 && colour.blue() < 120) {
+                found |= QRect{x, y, 1, 1};
+            }
+        }
+    }
+    return found.center();
+}
+
+} // namespace
+
+/// The pages and the referral dialog, used from outside like the rest of the program: what is
+/// chosen, saved, copied and opened there must reach the service, the disk, other programs and the
+/// next start.
+class tst_Pages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void language_data();
+    void language();
+    void languageTwice();
+    void languageByMouse();
+    void languageSurvivesKill();
+    void languageWithoutLink();
+    void toolTipFollowsLanguage();
+
+    void referralWithLink();
+    void referralWithoutLink();
+    void referralSurvivesKill();
+    void invalidReferral();
+
+    void supportRows_data();
+    void supportRows();
+    void supportCopies();
+    void supportCopiesByKeyboard();
+    void supportLink_data();
+    void supportLink();
+
+private:
+    QList<QImage> english;
+};
+
+void tst_Pages::init()
+{
+    StoredSettings::ofClient().forget();
+    StoredSettings::ofService().forget();
+}
+
+void tst_Pages::language_data()
+{
+    QTest::addColumn<QByteArray>("tag");
+    QTest::addColumn<int>("row");
+    QTest::newRow("Russian") << QByteArrayLiteral("ru") << 1;
+    QTest::newRow("Brazilian Portuguese") << QByteArrayLiteral("br") << 7;
+    // Not one with other letters than the caption's, which would be of another height.
+    QTest::newRow("Czech") << QByteArrayLiteral("cs") << 13;
+}
+
+// A window that was switched looks like one that was started so, wherever one goes in it.
+void tst_Pages::language()
+{
+    QFETCH(QByteArray, tag);
+    QFETCH(int, row);
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    if (english.isEmpty()) {
+        english = photograph(session);
+    }
+    session.service.clear();
+
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(row);
+    QVERIFY(waitFor([&] { return session.service.lines() == QList{setLanguage(tag)}; }));
+    QCOMPARE(StoredSettings::ofClient().value("language"), QString::fromLatin1(tag));
+    const QList<QImage> switched = photograph(session);
+    session.killClient();
+
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.hasReceived(setLanguage(tag)));
+    const QList<QImage> started = photograph(session);
+    for (int i = 0; i < started.size(); ++i) {
+        QVERIFY2(switched.at(i) == started.at(i), qPrintable(QString::number(i)));
+        QVERIFY2(started.at(i) != english.at(i), qPrintable(QString::number(i)));
+    }
+}
+
+void tst_Pages::languageTwice()
+{
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    const QImage before = session.still(session.window);
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(1);
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("ru")); }));
+    QVERIFY(session.still(session.window) != before);
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(0);
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("en")); }));
+    QVERIFY(waitFor([&] { return session.screenshot(session.window) == before; }));
+    QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("en"));
+}
+
+void tst_Pages::languageByMouse()
+{
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.click(session.at(languageList));
+    QVERIFY(waitFor([&] { return session.unmanagedWindows().size() == 1; }));
+    const QRect list = session.geometry(session.unmanagedWindows().first());
+    constexpr int polish = 10;
+    session.click(
+        {list.center().x(), list.top() + list.height() * (2 * polish + 1) / (2 * languageCount)});
+    QVERIFY(waitFor([&] { return session.unmanagedWindows().isEmpty(); }));
+    session.pressKey(QStringLiteral("Tab"));
+    session.pressKey(QStringLiteral("space"));
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("pl")); }));
+}
+
+void tst_Pages::languageSurvivesKill()
+{
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(2);
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("de")); }));
+    session.killClient();
+    QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("de"));
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.hasReceived(setLanguage("de")));
+}
+
+void tst_Pages::languageWithoutLink()
+{
+    ClientSession session{client()};
+    QVERIFY(session.startClient());
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(3);
+    QVERIFY(waitFor(
+        [] { return StoredSettings::ofClient().value("language") == QLatin1String{"fr"}; }));
+    session.service.listen();
+    QVERIFY(waitFor([&] { return session.hasReceived(askStatus()); }));
+    QCOMPARE(session.service.lines(), (QList{setLanguage("fr"), askStatus()}));
+}
+
+// Nothing but what the service says about the tunnel sets the tool tip.
+void tst_Pages::toolTipFollowsLanguage()
+{
+    ClientSession session{client()};
+    StatusPanel panel{session};
+    QVERIFY(panel.isUp());
+    session.service.listen();
+    QVERIFY(session.startClient());
+    QVERIFY(waitFor([&] { return session.hasReceived(askStatus()); }));
+    const QString first = QStringLiteral("IXOVPN \u2014 disconnected");
+    QVERIFY(waitFor([&] { return panel.toolTip() == first; }));
+
+    const auto choose = [&](int row, const QByteArray &tag) {
+        const bool opened = session.openPage(ClientSession::settingsRow);
+        session.chooseLanguage(row);
+        return opened && waitFor([&] { return session.hasReceived(setLanguage(tag)); });
+    };
+    QVERIFY(choose(2, "de"));
+    QCOMPARE(panel.toolTip(), first);
+    session.service.sendLine("status: running");
+    const QString connected = QString::fromUtf16(u"IXOVPN \u00e2\u20ac\u201d %1");
+    QVERIFY(waitFor([&] { return panel.toolTip() == connected.arg(QStringLiteral("Verbunden")); }));
+    QVERIFY(choose(0, "en"));
+    QVERIFY(waitFor([&] { return panel.toolTip() == connected.arg(QStringLiteral("Connected")); }));
+}
+
+void tst_Pages::referralWithLink()
+{
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    session.service.clear();
+    const Window dialog = session.openReferral();
+    QVERIFY(dialog != 0);
+    session.type(QStringLiteral(" ab12CD "));
+    session.pressKey(QStringLiteral("Return"));
+    QVERIFY(waitFor([&] { return session.service.lines() == QList{setReferral("ab12CD")}; }));
+    QCOMPARE(StoredSettings::ofClient().value("referral_code"), QStringLiteral("ab12CD"));
+    QVERIFY(session.isGone(dialog));
+}
+
+void tst_Pages::referralWithoutLink()
+{
+    ClientSession session{client()};
+    QVERIFY(session.startClient());
+    const Window dialog = session.openReferral();
+    QVERIFY(dialog != 0);
+    session.type(QStringLiteral("XYZ789"));
+    session.pressKey(QStringLiteral("Return"));
+    QVERIFY(session.isGone(dialog));
+    QCOMPARE(StoredSettings::ofClient().value("referral_code"), QStringLiteral("XYZ789"));
+    session.service.listen();
+    QVERIFY(waitFor([&] { return session.hasReceived(askStatus()); }));
+    QCOMPARE(session.service.lines(),
+             (QList{setLanguage("en"), setReferral("XYZ789"), askStatus()}));
+}
+
+void tst_Pages::referralSurvivesKill()
+{
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.openReferral() != 0);
+    session.type(QStringLiteral("KILL42"));
+    session.pressKey(QStringLiteral("Return"));
+    QVERIFY(waitFor([&] { return session.hasReceived(setReferral("KILL42")); }));
+    session.killClient();
+    QCOMPARE(StoredSettings::ofClient().value("referral_code"), QStringLiteral("KILL42"));
+    QVERIFY(session.startLinkedClient());
+    QVERIFY(session.hasReceived(setReferral("KILL42")));
+}
+
+void tst_Pages::invalidReferral()
+{
+    ClientSession session{client()};
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    session.service.clear();
+    const Window dialog = session.openReferral();
+    QVERIFY(dialog != 0);
+    const int height = session.geometry(dialog).height();
+    session.type(QStringLiteral("ABC-12"));
+    session.pressKey(QStringLiteral("Return"));
+    QVERIFY(waitFor([&] { return session.geometry(dialog).height() > height; }));
+    QVERIFY(session.closeDialog(dialog));
+    QCOMPARE(StoredSettings::ofClient().text(), QByteArray{});
+    QCOMPARE(session.service.lines(), QList<QByteArray>{});
+}
+
+void tst_Pages::supportRows_data()
+{
+    QTest::addColumn<QByteArray>("ofService");
+    QTest::addColumn<QByteArray>("ofClient");
+    QTest::addColumn<int>("rows");
+    const QByteArray id = QByteArrayLiteral("client_id=7c1e90b2-55d4\n");
+    const QByteArray code = QByteArrayLiteral("referral_code=ABC123\n");
+    QTest::newRow("neither") << QByteArray{} << QByteArray{} << 1;
+    QTest::newRow("client ID") << id << QByteArray{} << 2;
+    QTest::newRow("code") << QByteArray{} << code << 2;
+    QTest::newRow("both") << id << code << 3;
+    QTest::newRow("invalid code") << id << QByteArrayLiteral("referral_code=ABC12\n") << 2;
+}
+
+void tst_Pages::supportRows()
+{
+    QFETCH(QByteArray, ofService);
+    QFETCH(QByteArray, ofClient);
+    StoredSettings::ofService().fill(ofService);
+    StoredSettings::ofClient().fill(ofClient);
+    ClientSession session{client()};
+    QVERIFY(session.startClient());
+    QVERIFY(session.openPage(ClientSession::supportRow));
+    QTEST(copyButtons(session.still(session.window)).size(), "rows");
+}
+
+void tst_Pages::supportCopies()
+{
+    // The longest that is usual: it cannot be shown whole.
+    const QByteArray id = QByteArrayLiteral("0f8fad5b-d9cb-469f-a165-70867728950e");
+    StoredSettings::ofService().fill("client_id=" + id + '\n');
+    StoredSettings::ofClient().fill("referral_code=ABC123\n");
+    ClientSession session{client()};
+    QVERIFY(session.startClient());
+    QVERIFY(session.openPage(ClientSession::supportRow));
+    const QList<QPoint> buttons = copyButtons(session.still(session.window));
+    QCOMPARE(buttons.size(), 3);
+    const QList<QByteArray> values{QByteArrayLiteral(IXOVPN_VERSION), id,
+                                   QByteArrayLiteral("ABC123")};
+    for (int i = 0; i < values.size(); ++i) {
+        session.click(session.at(buttons.at(i)));
+        QVERIFY2(session.pastes(values.at(i)), values.at(i).constData());
+        // Now it says that it has copied.
+        session.click(session.at(buttons.at(i)));
+        QVERIFY2(session.pastes(values.at(i)), values.at(i).constData());
+    }
+}
+
+void tst_Pages::supportCopiesByKeyboard()
+{
+    StoredSettings::ofService().fill("client_id=some-id\n");
+    ClientSession session{client()};
+    QVERIFY(session.startClient());
+    QVERIFY(session.openPage(ClientSession::supportRow));
+    session.pressKey(QStringLiteral("Tab"));
+    session.pressKey(QStringLiteral("Tab"));
+    session.pressKey(QStringLiteral("space"));
+    QVERIFY(session.pastes(QByteArrayLiteral(IXOVPN_VERSION)));
+    session.pressKey(QStringLiteral("Tab"));
+    session.pressKey(QStringLiteral("Return"));
+    QVERIFY(session.pastes("some-id"));
+}
+
+void tst_Pages::supportLink_data()
+{
+    QTest::addColumn<bool>("byKeyboard");
+    QTest::newRow("mouse") << false;
+    QTest::newRow("keyboard") << true;
+}
+
+// In the place of the command that opens addresses stands one that only writes them down.
+void tst_Pages::supportLink()
+{
+    QFETCH(bool, byKeyboard);
+    const QString folder = QStringLiteral("/tmp/stand-in");
+    const QString record = folder + QStringLiteral("/opened");
+    QDir::root().mkpath(folder);
+    QFile::remove(record);
+    QFile script{folder + QStringLiteral("/xdg-open")};
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\nprintf '%s\\n' \"$@\" >>" + record.toLatin1() + '\n');
+    script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    script.close();
+
+    ClientSession session{client()};
+    session.setVariable(QStringLiteral("PATH"),
+                        folder + QLatin1Char{':'} +
+                            session.environment().value(QStringLiteral("PATH")));
+    QVERIFY(session.startClient());
+    QVERIFY(session.openPage(ClientSession::supportRow));
+    if (byKeyboard) {
+        session.pressKey(QStringLiteral("Tab"));
+        session.pressKey(QStringLiteral("Return"));
+    } else {
+        session.click(session.at(link(session.still(session.window))));
+    }
+    QFile opened{record};
+    QVERIFY(waitFor([&] { return opened.size() > 0; }));
+    QVERIFY(opened.open(QIODevice::ReadOnly));
+    QCOMPARE(opened.readAll(), QByteArrayLiteral(IXOVPN_SUPPORT_LINK "\n"));
+    QCOMPARE(session.client->state(), QProcess::Running);
+}
+
+QTEST_GUILESS_MAIN(tst_Pages)
+
+#include "tst_pages.moc"

@@ -1,0 +1,174 @@
+#include "tests/support/ClientSession.h"
+
+#include <algorithm>
+
+namespace support {
+
+namespace {
+
+constexpr QPoint menuButton{48, 34};
+// Outside every window.
+constexpr QPoint aside{1270, 1010};
+
+QString title()
+{
+    return QStringLiteral("IXOVPN");
+}
+
+} // namespace
+
+QByteArray setLanguage(const QByteArray &tag)
+{
+    return R"({"cmd":"set-lang","lang":")" + tag + R"("})";
+}
+
+QByteArray setReferral(const QByteArray &code)
+{
+    return R"({"cmd":"set-referral","code":")" + code + R"("})";
+}
+
+QByteArray askStatus()
+{
+    return QByteArrayLiteral(R"({"cmd":"status"})");
+}
+
+ClientSession::ClientSession(const QString &path)
+    : program(path)
+{}
+
+bool ClientSession::startClient()
+{
+    service.clear();
+    client = start(program);
+    if (!waitFor([this] { return visibleWindows(title()).size() == 1; })) {
+        return false;
+    }
+    window = visibleWindows(title()).first();
+    return true;
+}
+
+bool ClientSession::startLinkedClient()
+{
+    if (!startClient() || !waitFor([this] { return hasReceived(askStatus()); })) {
+        return false;
+    }
+    const QImage before = screenshot(window);
+    service.sendLine("status: running");
+    return changesFrom(before);
+}
+
+void ClientSession::killClient()
+{
+    client->kill();
+    client->waitForFinished(-1);
+    stop(client);
+}
+
+bool ClientSession::use(const QPoint &point)
+{
+    activate(window);
+    moveMouse(aside);
+    const QImage before = still(window);
+    click(at(point));
+    moveMouse(aside);
+    return changesFrom(before);
+}
+
+bool ClientSession::openMenu()
+{
+    return use(menuButton);
+}
+
+bool ClientSession::openPage(const QPoint &row)
+{
+    return openMenu() && use(row);
+}
+
+Desktop::Window ClientSession::openReferral()
+{
+    if (!openMenu()) {
+        return 0;
+    }
+    click(at(referralRow));
+    moveMouse(aside);
+    const bool came = waitFor([this] { return activeWindow() != 0 && activeWindow() != window; });
+    return came ? activeWindow() : 0;
+}
+
+bool ClientSession::closeDialog(Window dialog)
+{
+    pressKey(QStringLiteral("Escape"));
+    return isGone(dialog);
+}
+
+bool ClientSession::isGone(Window dialog)
+{
+    return waitFor([this, dialog] { return activeWindow() == window && !isMapped(dialog); });
+}
+
+void ClientSession::chooseLanguage(int row)
+{
+    pressKey(QStringLiteral("Tab"));
+    pressKey(QStringLiteral("Home"));
+    for (int i = 0; i < row; ++i) {
+        pressKey(QStringLiteral("Down"));
+    }
+    pressKey(QStringLiteral("Tab"));
+    pressKey(QStringLiteral("Return"));
+}
+
+QImage ClientSession::still(Window which) const
+{
+    QImage last;
+    waitFor([&] {
+        QImage picture = screenshot(which);
+        const bool same = picture == last;
+        last = std::move(picture);
+        return same;
+    });
+    return last;
+}
+
+bool ClientSession::pastes(const QByteArray &text) const
+{
+    return waitFor([&] {
+        return run(QStringLiteral("xclip"), {QStringLiteral("-selection"),
+                                             QStringLiteral("clipboard"), QStringLiteral("-o")})
+                   .output == text;
+    });
+}
+
+bool ClientSession::isMapped(Window which) const
+{
+    return run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(which)})
+        .output.contains("IsViewable");
+}
+
+bool ClientSession::changesFrom(const QImage &before)
+{
+    return waitFor([&] { return still(window) != before; });
+}
+
+QList<QPoint> copyButtons(const QImage &page)
+{
+    constexpr int longestGap = 8;
+    // Nothing else on the page is of the shade of their texts.
+    QList<QRect> rows;
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            const QColor colour = page.pixelColor(x, y);
+            if (colour.blue() > 190 && colour.blue() - colour.red() > 22) {
+                if (rows.isEmpty() || y - rows.last().bottom() > longestGap) {
+                    rows.append(QRect{x, y, 1, 1});
+                }
+                rows.last() |= QRect{x, y, 1, 1};
+            }
+        }
+    }
+    QList<QPoint> middles;
+    std::transform(rows.cbegin(), rows.cend(), std::back_inserter(middles),
+                   [](const QRect &row) { return row.center(); });
+    return middles;
+}
+
+} // namespace support

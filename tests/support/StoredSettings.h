@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDir>
+#include <QString>
+
+namespace support {
+
+/// A file of settings as it stands on the disk, whatever the process that writes it holds in its
+/// memory. Only for the private world of scripts/isolated.
+class StoredSettings
+{
+public:
+    /// The client's own, of the user with this home.
+    static StoredSettings ofClient(const QString &home = QDir::homePath());
+    /// What the service leaves for every user of the machine.
+    static StoredSettings ofService();
+
+    /// Replaces the whole file; the lines need no heading. Ends the test run if that fails.
+    void fill(const QByteArray &lines) const;
+    void forget() const;
+
+    /// Empty if there is no file.
+    QByteArray text() const;
+    /// Empty if there is no such key.
+    QString value(const char *key) const;
+
+private:
+    explicit StoredSettings(const QString &file)
+        : path(file)
+    {}
+
+    QString path;
+};
+
+} // namespace support
