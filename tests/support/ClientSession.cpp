@@ -41,6 +41,8 @@ bool ClientSession::startClient()
     service.clear();
     client = start(program);
     if (!waitFor([this] { return visibleWindows(title()).size() == 1; })) {
+        qWarning("No window of the program; it says: %s",
+                 client->readAllStandardError().constData());
         return false;
     }
     window = visibleWindows(title()).first();
@@ -49,10 +51,14 @@ bool ClientSession::startClient()
 
 bool ClientSession::startLinkedClient()
 {
-    if (!startClient() || !waitFor([this] { return hasReceived(askStatus()); })) {
+    if (!startClient()) {
         return false;
     }
-    const QImage before = screenshot(window);
+    if (!waitFor([this] { return hasReceived(askStatus()); })) {
+        qWarning("The service has heard only: %s", service.received().left(1000).constData());
+        return false;
+    }
+    const QImage before = still(window);
     service.sendLine("status: running");
     return changesFrom(before);
 }
