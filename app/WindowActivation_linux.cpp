@@ -81,7 +81,12 @@ public:
         xcb_destroy_window(connection, sender);
     }
 
-    void flush() { xcb_flush(connection); }
+    // What a client that has gone has sent is not always read; an answer shows that it was.
+    void waitUntilRead()
+    {
+        const xcb_get_input_focus_cookie_t asked = xcb_get_input_focus(connection);
+        std::free(xcb_get_input_focus_reply(connection, asked, nullptr));
+    }
 
 private:
     xcb_window_t root() const
@@ -134,7 +139,7 @@ void tellX11(const QWidget *window, const QByteArray &startupId)
     if (!startupId.isEmpty()) {
         display.announceStartupComplete(startupId);
     }
-    display.flush();
+    display.waitUntilRead();
 }
 
 } // namespace

@@ -22,6 +22,9 @@ int main(int argc, char *argv[])
         app::allowMissingDisplay();
     }
 
+    // It closes the windows at the end of a session, and ours, which only hides, would call that
+    // off.
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
     const app::OrderlyFailure orderlyFailure;
     std::optional<app::PlainDrawing> plainDrawing{std::in_place};
     QApplication application{argc, argv};

@@ -18,6 +18,7 @@
 
 using support::Desktop;
 using support::waitFor;
+using WindowManager = Desktop::WindowManager;
 
 namespace {
 
@@ -66,6 +67,13 @@ void kill(QProcess &process)
     process.waitForFinished(-1);
 }
 
+void addWindowManagers()
+{
+    QTest::addColumn<WindowManager>("manager");
+    QTest::newRow("openbox") << WindowManager::Openbox;
+    QTest::newRow("metacity") << WindowManager::Metacity;
+}
+
 int exitCode(QProcess &process)
 {
     process.waitForFinished(-1);
@@ -73,6 +81,8 @@ int exitCode(QProcess &process)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(WindowManager)
 
 /// What happens when the program is started although it runs already: real processes, with and
 /// without a desktop.
@@ -96,9 +106,13 @@ private Q_SLOTS:
     void otherArgumentsDoNotSkipTheCheck_data();
     void otherArgumentsDoNotSkipTheCheck();
 
+    void bringsBackAMinimisedWindow_data();
     void bringsBackAMinimisedWindow();
+    void bringsBackAHiddenWindow_data();
     void bringsBackAHiddenWindow();
+    void bringsTheWindowToTheFront_data();
     void bringsTheWindowToTheFront();
+    void bringsTheDialogToTheFront_data();
     void bringsTheDialogToTheFront();
     void tellsTheLauncherThatTheStartIsOver();
     void secondStartMakesNoWindow();
@@ -357,9 +371,15 @@ void tst_SecondStart::otherArgumentsDoNotSkipTheCheck()
     kill(*first);
 }
 
+void tst_SecondStart::bringsBackAMinimisedWindow_data()
+{
+    addWindowManagers();
+}
+
 void tst_SecondStart::bringsBackAMinimisedWindow()
 {
-    Desktop desktop;
+    QFETCH(WindowManager, manager);
+    Desktop desktop{manager};
     desktop.start(client());
     QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
     const Desktop::Window window = desktop.visibleWindows(title()).first();
@@ -371,9 +391,15 @@ void tst_SecondStart::bringsBackAMinimisedWindow()
     QVERIFY(waitFor([&] { return desktop.activeWindow() == window; }));
 }
 
+void tst_SecondStart::bringsBackAHiddenWindow_data()
+{
+    addWindowManagers();
+}
+
 void tst_SecondStart::bringsBackAHiddenWindow()
 {
-    Desktop desktop;
+    QFETCH(WindowManager, manager);
+    Desktop desktop{manager};
     desktop.start(QStringLiteral("trayer"));
     QVERIFY(waitFor([&] { return !desktop.windows(QStringLiteral("panel")).isEmpty(); }));
     QProcess *const first = desktop.start(client());
@@ -389,9 +415,15 @@ void tst_SecondStart::bringsBackAHiddenWindow()
         waitFor([&] { return desktop.activeWindow() == desktop.visibleWindows(title()).first(); }));
 }
 
+void tst_SecondStart::bringsTheWindowToTheFront_data()
+{
+    addWindowManagers();
+}
+
 void tst_SecondStart::bringsTheWindowToTheFront()
 {
-    Desktop desktop;
+    QFETCH(WindowManager, manager);
+    Desktop desktop{manager};
     desktop.start(client());
     QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
     const Desktop::Window window = desktop.visibleWindows(title()).first();
@@ -405,11 +437,17 @@ void tst_SecondStart::bringsTheWindowToTheFront()
     QVERIFY(waitFor([&] { return desktop.activeWindow() == window; }));
 }
 
+void tst_SecondStart::bringsTheDialogToTheFront_data()
+{
+    addWindowManagers();
+}
+
 void tst_SecondStart::bringsTheDialogToTheFront()
 {
     QTcpServer service;
     QVERIFY(takesTheService(service));
-    Desktop desktop;
+    QFETCH(WindowManager, manager);
+    Desktop desktop{manager};
     desktop.start(client());
     QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
     QTcpSocket *const link = service.nextPendingConnection();

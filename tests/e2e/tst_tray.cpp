@@ -1,3 +1,4 @@
+#include "tests/support/ClientSession.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/ScriptedService.h"
 #include "tests/support/StatusPanel.h"
@@ -58,21 +59,8 @@ public:
         }
     }
 
-    /// The middle of the icon; null as long as there is none. It is the only thing of its colour.
-    QPoint icon() const
-    {
-        const QImage image = screenshot();
-        QRect found;
-        for (int y = trayArea.top(); y <= trayArea.bottom(); ++y) {
-            for (int x = trayArea.left(); x <= trayArea.right(); ++x) {
-                const QColor colour = image.pixelColor(x, y);
-                if (colour.red() > 180 && colour.green() < 140 && colour.blue() < 100) {
-                    found |= QRect{x, y, 1, 1};
-                }
-            }
-        }
-        return found.isNull() ? QPoint{} : found.center();
-    }
+    /// The middle of the icon; null as long as there is none.
+    QPoint icon() const { return support::orange(screenshot().copy(trayArea)); }
 
     bool isShown() const { return visibleWindows(title()) == QList<Window>{window}; }
     bool isActive() const { return activeWindow() == window; }

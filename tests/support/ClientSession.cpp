@@ -177,4 +177,18 @@ QList<QPoint> copyButtons(const QImage &page)
     return middles;
 }
 
+QPoint orange(const QImage &picture)
+{
+    QRect found;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor colour = picture.pixelColor(x, y);
+            if (colour.red() > 180 && colour.green() < 160 && colour.blue() < 120) {
+                found |= QRect{x, y, 1, 1};
+            }
+        }
+    }
+    return found.isNull() ? QPoint{} : found.center();
+}
+
 } // namespace support

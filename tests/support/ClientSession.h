@@ -75,4 +75,8 @@ private:
 /// The middles of the copy buttons on a picture of the support page, from the top.
 QList<QPoint> copyButtons(const QImage &page);
 
+/// The middle of what is orange, as the tray icon and the support page's link are; null if nothing
+/// is.
+QPoint orange(const QImage &picture);
+
 } // namespace support

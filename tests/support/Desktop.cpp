@@ -47,7 +47,7 @@ bool waitFor(const std::function<bool()> &condition)
     return QTest::qWaitFor(condition, hangMs);
 }
 
-Desktop::Desktop(const QSize &screen)
+Desktop::Desktop(WindowManager manager)
     : surroundings(QProcessEnvironment::systemEnvironment())
 {
     surroundings.remove(QStringLiteral("QT_QPA_PLATFORM"));
@@ -57,16 +57,24 @@ Desktop::Desktop(const QSize &screen)
 
     // Without -noreset the server starts afresh whenever its last client leaves.
     QProcess *const display = start(
-        server(),
-        {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-         QStringLiteral("0"), QStringLiteral("%1x%2x24").arg(screen.width()).arg(screen.height()),
-         QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
+        server(), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                   QStringLiteral("0"), QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"),
+                   QStringLiteral("tcp"), QStringLiteral("-noreset")});
     setVariable(QStringLiteral("DISPLAY"),
                 QLatin1Char{':'} + QString::fromLatin1(firstLine(*display)));
 
-    start(QStringLiteral("openbox"),
-          {QStringLiteral("--sm-disable"), QStringLiteral("--config-file"),
-           QStringLiteral("/etc/xdg/openbox/rc.xml")});
+    switch (manager) {
+    case WindowManager::Openbox:
+        start(QStringLiteral("openbox"),
+              {QStringLiteral("--sm-disable"), QStringLiteral("--config-file"),
+               QStringLiteral("/etc/xdg/openbox/rc.xml")});
+        break;
+    case WindowManager::Metacity:
+        setVariable(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
+        start(QStringLiteral("metacity"),
+              {QStringLiteral("--sm-disable"), QStringLiteral("--no-composite")});
+        break;
+    }
     if (!waitFor([this] {
             return run(QStringLiteral("wmctrl"), {QStringLiteral("-m")}).exitCode == 0;
         })) {

@@ -32,6 +32,12 @@ class Desktop : public QObject
 public:
     using Window = qulonglong;
 
+    enum class WindowManager {
+        Openbox,
+        /// Keeps programs from taking the keyboard away from the one that is being used.
+        Metacity
+    };
+
     struct Outcome
     {
         int exitCode = -1;
@@ -40,7 +46,7 @@ public:
     };
 
     /// Returns when both answer.
-    explicit Desktop(const QSize &screen = {1280, 1024});
+    explicit Desktop(WindowManager manager = WindowManager::Openbox);
     /// Ends what was started, in reverse order.
     ~Desktop() override;
 

@@ -1,0 +1,161 @@
+#include "tests/support/ClientSession.h"
+#include "tests/support/SessionManager.h"
+#include "tests/support/TrayHost.h"
+
+#include <QTest>
+
+#include <memory>
+
+using support::ClientSession;
+using support::Desktop;
+using support::SessionManager;
+using support::TrayHost;
+using support::waitFor;
+
+namespace {
+
+QString title()
+{
+    return QStringLiteral("IXOVPN");
+}
+
+QString client()
+{
+    return QStringLiteral(IXOVPN_CLIENT);
+}
+
+QString busOf(const Desktop &desktop)
+{
+    return desktop.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+}
+
+} // namespace
+
+/// The real program in a desktop session that changes around it: trays that go and come back, and
+/// the user who logs out.
+class tst_DesktopSession : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void embeddingTrayRestarted();
+    void busTrayRestarted();
+    void trayGoneForGood();
+    void logOut_data();
+    void logOut();
+
+private:
+    static bool hides(ClientSession &session);
+    static Desktop::Window startTrayer(ClientSession &session, QProcess **trayer);
+};
+
+bool tst_DesktopSession::hides(ClientSession &session)
+{
+    session.close(session.window);
+    return waitFor([&] { return session.visibleWindows(title()).isEmpty(); }) &&
+           session.client->state() == QProcess::Running;
+}
+
+Desktop::Window tst_DesktopSession::startTrayer(ClientSession &session, QProcess **trayer)
+{
+    *trayer = session.start(QStringLiteral("trayer"));
+    const QString panel = QStringLiteral("panel");
+    waitFor([&] { return session.visibleWindows(panel).size() == 1; });
+    return session.visibleWindows(panel).value(0);
+}
+
+void tst_DesktopSession::embeddingTrayRestarted()
+{
+    ClientSession session{client()};
+    QProcess *trayer = nullptr;
+    QVERIFY(startTrayer(session, &trayer) != 0);
+    QVERIFY(session.startClient());
+    QVERIFY(hides(session));
+
+    session.stop(trayer);
+    const Desktop::Window panel = startTrayer(session, &trayer);
+    QVERIFY(panel != 0);
+    QPoint icon;
+    QVERIFY(waitFor([&] {
+        icon = support::orange(session.screenshot(panel));
+        return !icon.isNull();
+    }));
+    session.click(session.geometry(panel).topLeft() + icon);
+    QVERIFY(waitFor([&] { return session.visibleWindows(title()).size() == 1; }));
+    QVERIFY(hides(session));
+}
+
+void tst_DesktopSession::busTrayRestarted()
+{
+    ClientSession session{client()};
+    session.startSessionBus();
+    auto host = std::make_unique<TrayHost>(busOf(session));
+    QVERIFY(session.startClient());
+    QVERIFY(waitFor([&] { return host->items().size() == 1; }));
+    QVERIFY(hides(session));
+
+    host.reset();
+    host = std::make_unique<TrayHost>(busOf(session));
+    QVERIFY(waitFor([&] { return host->items().size() == 1; }));
+    host->click(host->items().first());
+    QVERIFY(waitFor([&] { return session.visibleWindows(title()).size() == 1; }));
+    QVERIFY(hides(session));
+}
+
+// Then only a second start could bring a hidden window back, so closing ends the program.
+void tst_DesktopSession::trayGoneForGood()
+{
+    ClientSession session{client()};
+    session.startSessionBus();
+    auto host = std::make_unique<TrayHost>(busOf(session));
+    QVERIFY(session.startClient());
+    QVERIFY(waitFor([&] { return host->items().size() == 1; }));
+    QVERIFY(hides(session));
+    host.reset();
+
+    QCOMPARE(session.run(client()).exitCode, 0);
+    QVERIFY(waitFor([&] { return session.visibleWindows(title()).size() == 1; }));
+    session.close(session.visibleWindows(title()).first());
+    QVERIFY(waitFor([&] { return session.client->state() == QProcess::NotRunning; }));
+    QCOMPARE(session.client->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(session.client->exitCode(), 0);
+}
+
+void tst_DesktopSession::logOut_data()
+{
+    QTest::addColumn<bool>("tray");
+    QTest::addColumn<bool>("hidden");
+    QTest::newRow("window shown") << false << false;
+    QTest::newRow("window shown, with a tray") << true << false;
+    QTest::newRow("window hidden in the tray") << true << true;
+}
+
+// A window that only hides when it is closed must not stand in the way of it.
+void tst_DesktopSession::logOut()
+{
+    QFETCH(bool, tray);
+    QFETCH(bool, hidden);
+    SessionManager manager;
+    ClientSession session{client()};
+    session.setVariable(QStringLiteral("SESSION_MANAGER"), manager.address());
+    QProcess *trayer = nullptr;
+    if (tray) {
+        QVERIFY(startTrayer(session, &trayer) != 0);
+    }
+    QVERIFY(session.startClient());
+    QVERIFY(waitFor([&] { return manager.members() == 1; }));
+    if (hidden) {
+        QVERIFY(hides(session));
+    }
+    manager.logOut();
+    QVERIFY(waitFor(
+        [&] { return session.client->state() == QProcess::NotRunning || manager.isCancelled(); }));
+    QVERIFY(!manager.isCancelled());
+    QCOMPARE(session.client->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(session.client->exitCode(), 0);
+    QCOMPARE(session.client->readAllStandardError(), QByteArray{});
+}
+
+QTEST_GUILESS_MAIN(tst_DesktopSession)
+
+#include "tst_desktopsession.moc"

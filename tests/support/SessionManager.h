@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+namespace support {
+
+/// What a desktop has to tell its programs that the user logs out (X Session Management
+/// Protocol): a program may save, may ask to stay, and is then told to end. One at a time.
+class SessionManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    SessionManager();
+    ~SessionManager() override;
+
+    /// What programs look for in the variable SESSION_MANAGER.
+    QString address() const;
+
+    /// How many programs have joined, and may be told to go.
+    int members() const;
+
+    /// Begins a log-out: everybody may save, and is told to end once everybody has.
+    void logOut();
+    /// Whether some program asked to call the log-out off.
+    bool isCancelled() const;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace support

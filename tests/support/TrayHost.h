@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+namespace support {
+
+/// The part of a panel that other programs' icons (StatusNotifierItem) are registered with, and
+/// nothing else: it shows none of them, but can come and go at will.
+class TrayHost : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ isRegistered)
+    Q_PROPERTY(int ProtocolVersion READ version)
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ items)
+
+public:
+    /// On the bus with this address. Ends the test run if the place is taken.
+    explicit TrayHost(const QString &bus);
+    /// As a panel that crashes.
+    ~TrayHost() override;
+
+    /// The bus names of the icons that have been registered.
+    QStringList items() const { return registered; }
+
+    /// As a click of the left button on the icon does.
+    void click(const QString &item) const;
+
+public Q_SLOTS:
+    void RegisterStatusNotifierItem(const QString &service);
+
+Q_SIGNALS:
+    void StatusNotifierItemRegistered(const QString &service);
+    void StatusNotifierItemUnregistered(const QString &service);
+    void StatusNotifierHostRegistered();
+
+private:
+    bool isRegistered() const { return true; }
+    int version() const { return 0; }
+
+    QDBusConnection connection;
+    QStringList registered;
+};
+
+} // namespace support
