@@ -127,6 +127,11 @@ private:
     xcb_connection_t *connection;
 };
 
+bool isWayland()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String{"wayland"});
+}
+
 void tellX11(const QWidget *window, const QByteArray &startupId)
 {
     // The window manager must have seen the window before it is told to activate it.
@@ -155,17 +160,22 @@ void showAtUserRequest(QWidget *window, const LaunchContext &launch)
     if (!launch.activationToken.isEmpty()) {
         qputenv(activationTokenVariable, launch.activationToken);
     }
+    QWidget *const dialog = QApplication::activeModalWidget();
+    // There the toolkit can put no window to the front, but a new one comes up there. To hide a
+    // dialog would be to end it.
+    if (isWayland() && dialog == nullptr && !window->isActiveWindow()) {
+        window->hide();
+    }
     window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
     window->show();
+    if (isWayland()) {
+        return;
+    }
+    QWidget *const front = dialog != nullptr ? dialog : window;
     window->raise();
     window->activateWindow();
-
-    QWidget *front = window;
-    if (QWidget *const dialog = QApplication::activeModalWidget(); dialog != nullptr) {
-        dialog->raise();
-        dialog->activateWindow();
-        front = dialog;
-    }
+    front->raise();
+    front->activateWindow();
     if (QGuiApplication::platformName() == QLatin1String{"xcb"}) {
         tellX11(front, launch.startupId);
     }

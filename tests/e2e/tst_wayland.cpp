@@ -1,0 +1,157 @@
+#include "tests/support/ScriptedService.h"
+#include "tests/support/Sway.h"
+#include "tests/support/TrayHost.h"
+
+#include <QTest>
+
+#include <memory>
+
+using support::Sway;
+using support::TrayHost;
+using support::waitFor;
+
+namespace {
+
+QString title()
+{
+    return QStringLiteral("IXOVPN");
+}
+
+QString client()
+{
+    return QStringLiteral(IXOVPN_CLIENT);
+}
+
+QString busOf(Sway &sway)
+{
+    return sway.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+}
+
+} // namespace
+
+/// The real program on a Wayland desktop, as a native program and as an X11 one.
+class tst_Wayland : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase_data();
+
+    void windowIsShownWhole();
+    void closeWithoutTray();
+    void hiddenWindowComesBack();
+    void secondStartBringsTheWindowToTheFront();
+    void secondStartKeepsADialogOpen();
+
+private:
+    /// Starts the program and waits for its window.
+    static QProcess *startClient(Sway &sway);
+};
+
+void tst_Wayland::initTestCase_data()
+{
+    QTest::addColumn<QString>("platform");
+    QTest::addColumn<QString>("shell");
+    QTest::newRow("Wayland") << QStringLiteral("wayland") << QStringLiteral("xdg_shell");
+    QTest::newRow("X11") << QStringLiteral("xcb") << QStringLiteral("xwayland");
+}
+
+QProcess *tst_Wayland::startClient(Sway &sway)
+{
+    QFETCH_GLOBAL(QString, platform);
+    sway.environment().insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
+    QProcess *const process = sway.start(client());
+    waitFor([&sway] { return sway.windows(title()).size() == 1; });
+    return process;
+}
+
+void tst_Wayland::windowIsShownWhole()
+{
+    QFETCH_GLOBAL(QString, shell);
+    Sway sway;
+    startClient(sway);
+    QVERIFY(waitFor([&] { return sway.windows(title()).value(0).size == QSize(360, 560); }));
+    const Sway::Window window = sway.windows(title()).value(0);
+    QCOMPARE(window.shell, shell);
+    QVERIFY(window.visible);
+    QVERIFY(window.focused);
+}
+
+void tst_Wayland::closeWithoutTray()
+{
+    Sway sway;
+    const QProcess *const process = startClient(sway);
+    sway.close(sway.windows(title()).value(0));
+    QVERIFY(waitFor([process] { return process->state() == QProcess::NotRunning; }));
+    QCOMPARE(process->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process->exitCode(), 0);
+}
+
+void tst_Wayland::hiddenWindowComesBack()
+{
+    Sway sway;
+    const TrayHost host{busOf(sway)};
+    const QProcess *const process = startClient(sway);
+    QVERIFY(waitFor([&host] { return host.items().size() == 1; }));
+    const auto hides = [&] {
+        sway.close(sway.windows(title()).value(0));
+        return waitFor([&] { return sway.windows(title()).isEmpty(); }) &&
+               process->state() == QProcess::Running;
+    };
+    const auto isBack = [&] {
+        return waitFor([&] {
+            const Sway::Window window = sway.windows(title()).value(0);
+            return window.focused && window.size == QSize(360, 560);
+        });
+    };
+    QVERIFY(hides());
+    host.click(host.items().first());
+    QVERIFY(isBack());
+    QVERIFY(hides());
+    QCOMPARE(sway.run(client()), 0);
+    QVERIFY(isBack());
+}
+
+void tst_Wayland::secondStartBringsTheWindowToTheFront()
+{
+    Sway sway;
+    startClient(sway);
+    sway.start(QStringLiteral("xev"));
+    const QString other = QStringLiteral("Event Tester");
+    QVERIFY(waitFor([&] { return sway.windows(other).size() == 1; }));
+    sway.focus(sway.windows(other).first());
+    QVERIFY(waitFor([&] { return !sway.windows(title()).value(0).focused; }));
+
+    // The program may still believe that it has the keyboard, and then does nothing.
+    QVERIFY(waitFor([&] {
+        const int exitCode = sway.run(client());
+        const QList<Sway::Window> windows = sway.windows(title());
+        return exitCode == 0 && windows.size() == 1 && windows.first().focused;
+    }));
+}
+
+void tst_Wayland::secondStartKeepsADialogOpen()
+{
+    support::ScriptedService service;
+    service.listen();
+    Sway sway;
+    startClient(sway);
+    QVERIFY(waitFor([&service] { return service.connected() == 1; }));
+    service.sendLine("notice: one");
+    const QString notice = QStringLiteral("Notice");
+    QVERIFY(waitFor([&] { return sway.windows(notice).size() == 1; }));
+    const int before = sway.windows(notice).first().id;
+    sway.focus(sway.windows(title()).first());
+
+    QCOMPARE(sway.run(client()), 0);
+    // What it brought about precedes the answer to this.
+    service.sendLine("status: running");
+    service.sendLine("notice: two");
+    QVERIFY(waitFor([&] { return sway.windows(title()).size() == 1; }));
+    QCOMPARE(sway.windows(notice).size(), 1);
+    QCOMPARE(sway.windows(notice).first().id, before);
+}
+
+QTEST_GUILESS_MAIN(tst_Wayland)
+
+#include "tst_wayland.moc"

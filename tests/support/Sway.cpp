@@ -1,0 +1,160 @@
+#include "tests/support/Sway.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace support {
+
+namespace {
+
+constexpr int hangMs = 120'000;
+
+void collect(const QJsonObject &node, QList<Sway::Window> &found)
+{
+    const QString shell = node.value(QLatin1String{"shell"}).toString();
+    if (!shell.isEmpty()) {
+        const QJsonObject content = node.value(QLatin1String{"window_rect"}).toObject();
+        found += Sway::Window{node.value(QLatin1String{"id"}).toInt(),
+                              node.value(QLatin1String{"name"}).toString(),
+                              shell,
+                              node.value(QLatin1String{"focused"}).toBool(),
+                              node.value(QLatin1String{"visible"}).toBool(),
+                              {content.value(QLatin1String{"width"}).toInt(),
+                               content.value(QLatin1String{"height"}).toInt()}};
+    }
+    for (const auto &kind : {QLatin1String{"nodes"}, QLatin1String{"floating_nodes"}}) {
+        const QJsonArray children = node.value(kind).toArray();
+        for (const QJsonValue &child : children) {
+            collect(child.toObject(), found);
+        }
+    }
+}
+
+} // namespace
+
+Sway::Sway()
+    : surroundings(QProcessEnvironment::systemEnvironment())
+{
+    surroundings.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    surroundings.insert(QStringLiteral("WLR_BACKENDS"), QStringLiteral("headless"));
+    surroundings.insert(QStringLiteral("WLR_LIBINPUT_NO_DEVICES"), QStringLiteral("1"));
+    surroundings.insert(QStringLiteral("WLR_RENDERER"), QStringLiteral("pixman"));
+
+    QProcess *const bus = start(QStringLiteral("dbus-daemon"),
+                                {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                 QStringLiteral("--print-address")});
+    waitFor([bus] { return bus->canReadLine(); });
+    surroundings.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                        QString::fromLatin1(bus->readLine().trimmed()));
+
+    // What it finds out about itself comes back through a command of its own configuration.
+    const QString configuration = QDir::tempPath() + QStringLiteral("/sway.conf");
+    const QString told = QDir::tempPath() + QStringLiteral("/sway.environment");
+    QFile::remove(told);
+    QFile file{configuration};
+    if (!file.open(QIODevice::WriteOnly)) {
+        qFatal("%s cannot be written", qPrintable(configuration));
+    }
+    file.write("output HEADLESS-1 resolution 1280x1024\nxwayland enable\n"
+               "focus_on_window_activation focus\nexec \"env >" +
+               told.toLocal8Bit() + ".new; mv " + told.toLocal8Bit() + ".new " +
+               told.toLocal8Bit() + "\"\n");
+    file.close();
+    // It refuses to run as root, which the user of a private world is.
+    start(QStringLiteral("unshare"), {QStringLiteral("--user"), QStringLiteral("--map-user=1000"),
+                                      QStringLiteral("--map-group=1000"), QStringLiteral("sway"),
+                                      QStringLiteral("--config"), configuration});
+    if (!waitFor([&told] { return QFile::exists(told); })) {
+        qFatal("The compositor does not come up");
+    }
+    QFile environment{told};
+    if (!environment.open(QIODevice::ReadOnly)) {
+        qFatal("%s cannot be read", qPrintable(told));
+    }
+    const QList<QByteArray> lines = environment.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        for (const char *const name : {"SWAYSOCK", "WAYLAND_DISPLAY", "DISPLAY"}) {
+            if (line.startsWith(QByteArray{name} + '=')) {
+                surroundings.insert(QLatin1String{name},
+                                    QString::fromLocal8Bit(line.mid(line.indexOf('=') + 1)));
+            }
+        }
+    }
+}
+
+Sway::~Sway()
+{
+    while (!running.empty()) {
+        running.back()->terminate();
+        if (!running.back()->waitForFinished(hangMs)) {
+            running.back()->kill();
+            running.back()->waitForFinished(-1);
+        }
+        running.pop_back();
+    }
+}
+
+QProcess *Sway::start(const QString &program, const QStringList &arguments)
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(surroundings);
+    process->start(program, arguments);
+    if (!process->waitForStarted(-1)) {
+        qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process->errorString()));
+    }
+    running.push_back(std::move(process));
+    return running.back().get();
+}
+
+int Sway::run(const QString &program, const QStringList &arguments) const
+{
+    QProcess process;
+    process.setProcessEnvironment(surroundings);
+    process.start(program, arguments);
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+QList<Sway::Window> Sway::windows() const
+{
+    QList<Window> found;
+    collect(
+        QJsonDocument::fromJson(ask({QStringLiteral("-t"), QStringLiteral("get_tree")})).object(),
+        found);
+    return found;
+}
+
+QList<Sway::Window> Sway::windows(const QString &title) const
+{
+    QList<Window> found;
+    for (const Window &window : windows()) {
+        if (window.title == title) {
+            found += window;
+        }
+    }
+    return found;
+}
+
+void Sway::close(const Window &window) const
+{
+    ask({QStringLiteral("[con_id=%1] kill").arg(window.id)});
+}
+
+void Sway::focus(const Window &window) const
+{
+    ask({QStringLiteral("[con_id=%1] focus").arg(window.id)});
+}
+
+QByteArray Sway::ask(const QStringList &arguments) const
+{
+    QProcess process;
+    process.setProcessEnvironment(surroundings);
+    process.start(QStringLiteral("swaymsg"), QStringList{QStringLiteral("--raw")} + arguments);
+    process.waitForFinished(-1);
+    return process.readAllStandardOutput();
+}
+
+} // namespace support
