@@ -37,6 +37,9 @@ target_compile_definitions(ixovpn_options INTERFACE
 
 target_compile_options(ixovpn_options INTERFACE
   -fstack-protector-strong -ffunction-sections -fdata-sections)
+# Where the sources lay shall not be in what users get. Debuggers want to know it.
+target_compile_options(ixovpn_options INTERFACE
+  $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 if(WIN32)
   target_link_options(ixovpn_options INTERFACE
     -fstack-protector-strong -Wl,--gc-sections -Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)
