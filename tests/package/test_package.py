@@ -1,0 +1,292 @@
+#!/usr/bin/python3
+"""What is in the packages that scripts/package has built, and in their bills of materials.
+
+usage: test_package.py FOLDER    with the packages
+"""
+
+import hashlib
+import json
+import os
+import re
+import subprocess
+import sys
+import tarfile
+import tempfile
+import unittest
+from pathlib import Path
+
+import jsonschema
+from license_expression import get_spdx_licensing
+
+TREE = Path(__file__).resolve().parents[2]
+PACKAGES = Path(sys.argv.pop())
+SCHEMA = Path(__file__).with_name("spdx-2.3.json")
+
+ICON_SIZES = [16, 22, 24, 32, 48, 64, 128, 256, 512]
+CLIENT_FILES = {
+    "bin/ixovpn-client",
+    "share/applications/ixovpn-client.desktop",
+    "share/icons/hicolor/scalable/apps/ixovpn-client.svg",
+    "share/man/man1/ixovpn-client.1.gz",
+    "share/metainfo/example.ixovpn.client.metainfo.xml",
+    *(f"share/icons/hicolor/{size}x{size}/apps/ixovpn-client.png" for size in ICON_SIZES),
+}
+DEBIAN_FILES = {
+    "share/doc/ixovpn-client/changelog.Debian.gz",
+    "share/doc/ixovpn-client/changelog.gz",
+    "share/doc/ixovpn-client/copyright",
+    "share/lintian/overrides/ixovpn-client",
+}
+PORTABLE_FILES = {"NEEDS.txt", "README.txt", "THIRD-PARTY-NOTICES.txt", "licence.md"}
+
+
+def only(pattern):
+    found = list(PACKAGES.glob(pattern))
+    if len(found) != 1:
+        sys.exit(f"not one {pattern} in {PACKAGES}: run scripts/package")
+    return found[0]
+
+
+def output_of(*command, **options):
+    return subprocess.run(
+        command, check=True, text=True, stdout=subprocess.PIPE, **options
+    ).stdout
+
+
+def files_below(folder):
+    return {p.relative_to(folder).as_posix() for p in folder.rglob("*") if not p.is_dir()}
+
+
+class Unpacked(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        holder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(holder.cleanup)
+        cls.work = Path(holder.name)
+        cls.deb = only("*.deb")
+        cls.archive = only("*.tar.gz")
+        subprocess.run(["dpkg-deb", "-x", cls.deb, cls.work / "deb"], check=True)
+        with tarfile.open(cls.archive) as archive:
+            archive.extractall(cls.work / "portable")
+        (cls.portable,) = (cls.work / "portable").iterdir()
+
+
+class DebianPackage(Unpacked):
+    def test_lintian(self):
+        ran = subprocess.run(
+            ["lintian", "--allow-root", "--fail-on", "error,warning", "--info", self.deb],
+            text=True,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT,
+        )
+        self.assertEqual(ran.returncode, 0, ran.stdout)
+
+    def test_overrides_are_explained_and_used(self):
+        lines = (TREE / "packaging/linux/debian/lintian-overrides").read_text().splitlines()
+        for before, line in zip(["", *lines], lines):
+            if not line.startswith("#"):
+                self.assertTrue(before.startswith("#"), f"no word of why: {line}")
+        said = output_of("lintian", "--allow-root", "--display-info", "--show-overrides", self.deb)
+        self.assertNotIn("unused-override", said)
+
+    def test_files(self):
+        expected = {f"usr/{name}" for name in CLIENT_FILES | DEBIAN_FILES}
+        self.assertEqual(files_below(self.work / "deb"), expected)
+
+    def test_owners_and_modes(self):
+        for line in output_of("dpkg-deb", "-c", self.deb).splitlines():
+            mode, owner, *_, name = line.split()
+            runs = name.endswith("/") or "/bin/" in name
+            self.assertEqual(owner, "root/root", name)
+            self.assertEqual(mode[1:], "rwxr-xr-x" if runs else "rw-r--r--", name)
+
+    def test_needs_the_toolkit_and_no_scripts(self):
+        depends = output_of("dpkg-deb", "-f", self.deb, "Depends")
+        for name in "libc6", "libqt5core5a", "libqt5gui5", "libqt5widgets5", "libqt5network5":
+            self.assertRegex(depends, rf"\b{name} \(>= ")
+        control = output_of("dpkg-deb", "--ctrl-tarfile", self.deb, encoding="latin-1")
+        for script in "preinst", "postinst", "prerm", "postrm":
+            self.assertNotIn(script, control)
+
+    def test_program_knows_nothing_of_the_builder(self):
+        program = (self.work / "deb/usr/bin/ixovpn-client").read_bytes()
+        for path in str(TREE), str(Path.home()), "/build/release":
+            self.assertNotIn(path.encode(), program)
+        dynamic = output_of("readelf", "-d", self.work / "deb/usr/bin/ixovpn-client")
+        self.assertNotRegex(dynamic, "R(UN)?PATH")
+
+
+class PortableArchive(Unpacked):
+    def test_files(self):
+        self.assertEqual(files_below(self.portable), CLIENT_FILES | PORTABLE_FILES)
+
+    def test_same_program(self):
+        programs = self.portable / "bin/ixovpn-client", self.work / "deb/usr/bin/ixovpn-client"
+        self.assertEqual(*(program.read_bytes() for program in programs))
+
+    def test_says_what_it_needs(self):
+        needs = (self.portable / "NEEDS.txt").read_text()
+        dynamic = output_of("readelf", "-d", self.portable / "bin/ixovpn-client")
+        libraries = re.findall(r"\(NEEDED\).*\[(.+)\]", dynamic)
+        self.assertGreater(len(libraries), 5)
+        for library in libraries:
+            self.assertIn(library, needs)
+        self.assertRegex(needs, r"GLIBC_2\.\d+")
+
+    def test_runs_from_where_it_was_unpacked(self):
+        out = self.work / "portable.out"
+        environment = {"PATH": os.environ["PATH"], "HOME": str(self.work)}
+        subprocess.run(
+            [self.portable / "bin/ixovpn-client", "--test-i18n", "de_DE", "--out", out],
+            check=True,
+            env=environment,
+        )
+        self.assertIn("Connected=Verbunden", out.read_text())
+
+    def test_removal_as_told_leaves_nothing(self):
+        """What the instructions copy is what they remove."""
+        home = self.work / "home"
+        home.mkdir()
+        commands = re.findall(
+            r"^    ((?:cp|mkdir|rm) .+)$", (self.portable / "README.txt").read_text(), re.M
+        )
+        self.assertGreater(len(commands), 6)
+        copying = [c for c in commands if not c.startswith("rm")]
+        removing = [c for c in commands if c.startswith("rm")]
+        run = {"cwd": self.portable, "env": {"PATH": os.environ["PATH"], "HOME": str(home)}}
+        output_of("sh", "-ec", "\n".join(copying), **run)
+        self.assertEqual(files_below(home / ".local"), CLIENT_FILES)
+        output_of("sh", "-ec", "\n".join(removing), **run)
+        self.assertEqual(files_below(home), set())
+
+
+class BillsOfMaterials(Unpacked):
+    def check_form(self, bill):
+        schema = json.loads(SCHEMA.read_text())
+        validator = jsonschema.Draft7Validator(schema, format_checker=jsonschema.FormatChecker())
+        errors = [f"{list(e.absolute_path)}: {e.message}" for e in validator.iter_errors(bill)]
+        self.assertEqual(errors, [])
+
+        elements = [bill, *bill["packages"], *bill["files"]]
+        names = [element["SPDXID"] for element in elements]
+        self.assertEqual(len(names), len(set(names)), "two elements of one name")
+        described = {"SPDXRef-DOCUMENT"}
+        for relation in bill["relationships"]:
+            self.assertIn(relation["spdxElementId"], names)
+            self.assertIn(relation["relatedSpdxElement"], names)
+            described.add(relation["relatedSpdxElement"])
+        self.assertEqual(described, set(names), "an element that nothing leads to")
+
+        own = {info["licenseId"] for info in bill["hasExtractedLicensingInfos"]}
+        licensing = get_spdx_licensing()
+        for element in [*bill["packages"], *bill["files"]]:
+            for word in element["licenseConcluded"], element.get("licenseDeclared", "NONE"):
+                if word not in own | {"NONE", "NOASSERTION"}:
+                    self.assertEqual(licensing.validate(word).errors, [], word)
+
+    def check_files(self, bill, folder):
+        """Every file that is shipped, with its sums, and the sum of the sums."""
+        told = {entry["fileName"].removeprefix("./"): entry for entry in bill["files"]}
+        self.assertEqual(set(told), files_below(folder))
+        for name, entry in told.items():
+            content = (folder / name).read_bytes()
+            for checksum in entry["checksums"]:
+                algorithm = checksum["algorithm"].lower()
+                self.assertEqual(
+                    hashlib.new(algorithm, content).hexdigest(), checksum["checksumValue"], name
+                )
+        by_id = {entry["SPDXID"]: entry for entry in bill["files"]}
+        for package in bill["packages"]:
+            sums = [
+                by_id[relation["relatedSpdxElement"]]["checksums"][0]["checksumValue"]
+                for relation in bill["relationships"]
+                if relation["spdxElementId"] == package["SPDXID"]
+                and relation["relatedSpdxElement"] in by_id
+            ]
+            self.assertEqual(package["filesAnalyzed"], bool(sums), package["name"])
+            if sums:
+                self.assertEqual(
+                    package["packageVerificationCode"]["packageVerificationCodeValue"],
+                    hashlib.sha1("".join(sorted(sums)).encode()).hexdigest(),
+                )
+
+    def test_debian_package(self):
+        bill = json.loads(only("*_amd64.spdx.json").read_text())
+        self.check_form(bill)
+        self.check_files(bill, self.work / "deb")
+        depends = output_of("dpkg-deb", "-f", self.deb, "Depends")
+        named = {clause.split()[0] for clause in depends.split(", ")}
+        self.assertLessEqual(named, {package["name"] for package in bill["packages"]})
+
+    def test_portable_archive(self):
+        bill = json.loads(only("*-linux-*.spdx.json").read_text())
+        self.check_form(bill)
+        self.check_files(bill, self.portable)
+
+    def make_bill(self, files, components):
+        """Of a folder with these files, as for a program that brings its libraries."""
+        case = Path(tempfile.mkdtemp(dir=self.work))
+        for name in files:
+            path = case / "shipped" / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(name)
+        common = {"version": "@VERSION@", "supplier": "Organization: Somebody", "copyright": "NONE"}
+        description = {
+            "name": "example",
+            "main": components[0]["name"],
+            "components": [dict(common, **component) for component in components],
+            "licences": {"LicenseRef-proprietary": "All rights reserved."},
+        }
+        (case / "components.json").write_text(json.dumps(description))
+        ran = subprocess.run(
+            [TREE / "scripts/sbom", "--components", case / "components.json", "--version", "1.0"]
+            + ["--folder", case / "shipped", "--out", case / "bill.json"],
+            env=dict(os.environ, SOURCE_DATE_EPOCH="1700000000"),
+            capture_output=True,
+            text=True,
+        )
+        if ran.returncode != 0:
+            return ran.stderr
+        bill = json.loads((case / "bill.json").read_text())
+        self.check_form(bill)
+        self.check_files(bill, case / "shipped")
+        return bill
+
+    own = {"name": "own", "licence": "LicenseRef-proprietary", "files": ["*.exe", "*.txt"]}
+    library = {
+        "name": "library",
+        "licence": "LGPL-3.0-only",
+        "relation": "DYNAMIC_LINK",
+        "files": ["library*.dll", "plugins/*"],
+    }
+
+    def test_folder_with_libraries(self):
+        files = ["own.exe", "library1.dll", "plugins/deep/one.dll", "plugins/notes.txt"]
+        bill = self.make_bill(files, [self.own, self.library])
+        owners = {
+            (relation["spdxElementId"], entry["fileName"])
+            for relation in bill["relationships"]
+            for entry in bill["files"]
+            if relation["relatedSpdxElement"] == entry["SPDXID"]
+        }
+        self.assertEqual(
+            owners,
+            {
+                ("SPDXRef-Package-own", "./own.exe"),
+                ("SPDXRef-Package-library", "./library1.dll"),
+                ("SPDXRef-Package-library", "./plugins/deep/one.dll"),
+                ("SPDXRef-Package-library", "./plugins/notes.txt"),
+            },
+        )
+
+    def test_unexplained_file_is_refused(self):
+        said = self.make_bill(["own.exe", "stranger.dll"], [self.own])
+        self.assertIn("no component has these files: stranger.dll", said)
+
+    def test_component_without_files_is_refused(self):
+        said = self.make_bill(["own.exe"], [self.own, self.library])
+        self.assertIn("library should have files and has none", said)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
