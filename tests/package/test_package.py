@@ -223,24 +223,18 @@ class BillsOfMaterials(Unpacked):
         self.check_form(bill)
         self.check_files(bill, self.portable)
 
-    def make_bill(self, files, components):
+    def make_bill(self, files, description, values=None):
         """Of a folder with these files, as for a program that brings its libraries."""
         case = Path(tempfile.mkdtemp(dir=self.work))
         for name in files:
             path = case / "shipped" / name
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(name)
-        common = {"version": "@VERSION@", "supplier": "Organization: Somebody", "copyright": "NONE"}
-        description = {
-            "name": "example",
-            "main": components[0]["name"],
-            "components": [dict(common, **component) for component in components],
-            "licences": {"LicenseRef-proprietary": "All rights reserved."},
-        }
         (case / "components.json").write_text(json.dumps(description))
         ran = subprocess.run(
             [TREE / "scripts/sbom", "--components", case / "components.json", "--version", "1.0"]
-            + ["--folder", case / "shipped", "--out", case / "bill.json"],
+            + ["--folder", case / "shipped", "--out", case / "bill.json"]
+            + [f"--set={name}={value}" for name, value in (values or {}).items()],
             env=dict(os.environ, SOURCE_DATE_EPOCH="1700000000"),
             capture_output=True,
             text=True,
@@ -252,6 +246,16 @@ class BillsOfMaterials(Unpacked):
         self.check_files(bill, case / "shipped")
         return bill
 
+    @staticmethod
+    def describe(components):
+        common = {"version": "@VERSION@", "supplier": "Organization: Somebody", "copyright": "NONE"}
+        return {
+            "name": "example",
+            "main": components[0]["name"],
+            "components": [dict(common, **component) for component in components],
+            "licences": {"LicenseRef-proprietary": "All rights reserved."},
+        }
+
     own = {"name": "own", "licence": "LicenseRef-proprietary", "files": ["*.exe", "*.txt"]}
     library = {
         "name": "library",
@@ -262,7 +266,7 @@ class BillsOfMaterials(Unpacked):
 
     def test_folder_with_libraries(self):
         files = ["own.exe", "library1.dll", "plugins/deep/one.dll", "plugins/notes.txt"]
-        bill = self.make_bill(files, [self.own, self.library])
+        bill = self.make_bill(files, self.describe([self.own, self.library]))
         owners = {
             (relation["spdxElementId"], entry["fileName"])
             for relation in bill["relationships"]
@@ -279,12 +283,30 @@ class BillsOfMaterials(Unpacked):
             },
         )
 
+    def test_windows_description(self):
+        description = TREE / "packaging/windows/components.json"
+        values = {name: "1.0+x" for name in re.findall("@([A-Z_]+)@", description.read_text())}
+        values.pop("VERSION")
+        files = ["ixovpn-client.exe", "licences/Qt.txt", "Qt5Core.dll", "platforms/qwindows.dll"]
+        bill = self.make_bill(files, json.loads(description.read_text()), values)
+        owned = {
+            relation["relatedSpdxElement"]
+            for relation in bill["relationships"]
+            if relation["spdxElementId"] == "SPDXRef-Package-qtbase"
+        }
+        self.assertEqual(len(owned), 2)
+
+    def test_value_that_nobody_set_is_refused(self):
+        own = dict(self.own, version="@SOMETHING@")
+        said = self.make_bill(["own.exe"], self.describe([own]))
+        self.assertIn("asks for SOMETHING", said)
+
     def test_unexplained_file_is_refused(self):
-        said = self.make_bill(["own.exe", "stranger.dll"], [self.own])
+        said = self.make_bill(["own.exe", "stranger.dll"], self.describe([self.own]))
         self.assertIn("no component has these files: stranger.dll", said)
 
     def test_component_without_files_is_refused(self):
-        said = self.make_bill(["own.exe"], [self.own, self.library])
+        said = self.make_bill(["own.exe"], self.describe([self.own, self.library]))
         self.assertIn("library should have files and has none", said)
 
 
