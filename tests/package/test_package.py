@@ -32,6 +32,7 @@ CLIENT_FILES = {
     *(f"share/icons/hicolor/{size}x{size}/apps/ixovpn-client.png" for size in ICON_SIZES),
 }
 DEBIAN_FILES = {
+    "share/doc/ixovpn-client/THIRD-PARTY-NOTICES.txt",
     "share/doc/ixovpn-client/changelog.Debian.gz",
     "share/doc/ixovpn-client/changelog.gz",
     "share/doc/ixovpn-client/copyright",
