@@ -33,6 +33,14 @@ void LinkLabel::focusInEvent(QFocusEvent *event)
     }
 }
 
+void LinkLabel::showAddress(const QString &address)
+{
+    shownAddress = address;
+    setText(QStringLiteral("<a style=\"color:#FF8A4E;text-decoration:none;font-weight:600;\""
+                           " href=\"%1\">%1</a>")
+                .arg(address));
+}
+
 bool LinkLabel::focusNextPrevChild(bool next)
 {
     const int link = selectionStart();

@@ -15,9 +15,17 @@ class LinkLabel : public QLabel
 public:
     explicit LinkLabel(QWidget *parent);
 
+    /// Makes the label one link to this address and nothing else.
+    void showAddress(const QString &address);
+    /// Empty unless showAddress() was called.
+    QString address() const { return shownAddress; }
+
 protected:
     void focusInEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
+
+private:
+    QString shownAddress;
 };
 
 } // namespace ui

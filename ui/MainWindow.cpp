@@ -2,6 +2,7 @@
 
 #include "ipc/Protocol.h"
 #include "ipc/ServiceClient.h"
+#include "ui/Accessibility.h"
 #include "ui/BackgroundGradient.h"
 #include "ui/Catalogue.h"
 #include "ui/KeptPicture.h"
@@ -9,8 +10,10 @@
 #include "ui/PillLabel.h"
 #include "ui/ReferralCode.h"
 #include "ui/ReferralDialog.h"
+#include "ui/ScreenCover.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SideMenu.h"
+#include "ui/StatusLabel.h"
 #include "ui/SupportDialog.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/TrayController.h"
@@ -103,7 +106,7 @@ private:
     ui::KeptPicture composed{ui::KeptPicture::Ground::Opaque};
 };
 
-QLabel *makeLabel(QLabel *label, const char *name)
+template <typename Label> Label *makeLabel(Label *label, const char *name)
 {
     label->setObjectName(QLatin1String{name});
     return label;
@@ -155,9 +158,11 @@ MainWindow::MainWindow(QWidget *parent)
     setFixedSize(windowExtent);
     setWindowIcon(QIcon{QStringLiteral(":/assets/tray_icon.ico")});
 
+    ui::accessibility::install();
     buildMainScreen();
     buildPages();
     buildServices();
+    nameControls();
     client->connectToService();
 }
 
@@ -166,6 +171,7 @@ void MainWindow::buildMainScreen()
     auto *const background = new RootBackground{this};
     background->setStyleSheet(mainStyle());
     setCentralWidget(background);
+    screenCover = new ui::ScreenCover{background};
 
     menuButton = new QToolButton{background};
     menuButton->setObjectName(QStringLiteral("menu"));
@@ -179,7 +185,7 @@ void MainWindow::buildMainScreen()
 
     toggle = new ToggleSwitch{background};
 
-    statusLabel = makeLabel(new QLabel{tr("Disconnected"), background}, "status");
+    statusLabel = makeLabel(new ui::StatusLabel{tr("Disconnected"), background}, "status");
     statusLabel->setAlignment(Qt::AlignCenter);
     hintLabel = makeLabel(new QLabel{tr("Tap the switch to connect"), background}, "hint");
     hintLabel->setAlignment(Qt::AlignCenter);
@@ -225,6 +231,10 @@ void MainWindow::buildPages()
 
     supportPage = new ui::SupportDialog{centralWidget()};
     connect(supportPage, &ui::SupportDialog::closeRequested, supportPage, &QWidget::hide);
+
+    for (QWidget *overlay : QList<QWidget *>{sideMenu, settingsPage, supportPage}) {
+        screenCover->addOverlay(overlay);
+    }
 }
 
 void MainWindow::buildServices()
@@ -261,20 +271,20 @@ void MainWindow::changeEvent(QEvent *event)
 void MainWindow::onToggleClicked()
 {
     if (!serviceConnected) {
-        pillLabel->setText(tr("Service is not running"));
+        pillLabel->answer(tr("Service is not running"));
         return;
     }
     switch (toggle->state()) {
     case ToggleSwitch::State::Off:
     case ToggleSwitch::State::Error:
         toggle->setState(ToggleSwitch::State::Connecting);
-        statusLabel->setText(tr("Connecting…"));
+        showStatus(tr("Connecting…"));
         showTrayStatus(tr("Connecting…"));
         client->send(ipc::protocol::connectCommand);
         break;
     case ToggleSwitch::State::On:
         toggle->setState(ToggleSwitch::State::Disconnecting);
-        statusLabel->setText(tr("Disconnecting…"));
+        showStatus(tr("Disconnecting…"));
         showTrayStatus(tr("Disconnecting…"));
         client->send(ipc::protocol::disconnectCommand);
         break;
@@ -321,12 +331,12 @@ void MainWindow::showPutOff()
             break;
         case MessageKind::Error:
             toggle->setState(ToggleSwitch::State::Error);
-            statusLabel->setText(tr("Error"));
-            pillLabel->setText(message.rest);
+            showStatus(tr("Error"));
+            pillLabel->say(message.rest);
             showTrayStatus(tr("Error"));
             break;
         case MessageKind::ConfigBytes:
-            pillLabel->setText(tr("Config %1 bytes").arg(message.rest));
+            pillLabel->say(tr("Config %1 bytes").arg(message.rest));
             break;
         case MessageKind::Notice:
         case MessageKind::Unknown:
@@ -340,7 +350,7 @@ void MainWindow::onServiceConnectionChanged(bool connected)
 {
     serviceConnected = connected;
     if (connected) {
-        pillLabel->setText(tr("Service connected"));
+        pillLabel->say(tr("Service connected"));
         sendLanguage(currentLanguage());
         const QString code = ui::referralcode::stored();
         if (isValidReferralCode(code)) {
@@ -348,9 +358,9 @@ void MainWindow::onServiceConnectionChanged(bool connected)
         }
         client->send(ipc::protocol::statusCommand);
     } else {
-        pillLabel->setText(tr("Service is not running"));
+        pillLabel->say(tr("Service is not running"));
         toggle->setState(ToggleSwitch::State::Off);
-        statusLabel->setText(tr("Disconnected"));
+        showStatus(tr("Disconnected"));
         showTrayStatus(tr("Service is not running"));
     }
 }
@@ -406,11 +416,12 @@ void MainWindow::retranslateUi()
     titleLabel->setText(tr("IXOVPN"));
     hintLabel->setText(tr("Tap the switch to connect"));
     sideMenu->retranslate();
+    nameControls();
     if (!serviceConnected) {
-        statusLabel->setText(tr("Disconnected"));
-        pillLabel->setText(tr("Service is not running"));
+        showStatus(tr("Disconnected"));
+        pillLabel->say(tr("Service is not running"));
     } else if (lastStatus.isEmpty()) {
-        pillLabel->setText(tr("Service connected"));
+        pillLabel->say(tr("Service connected"));
     } else {
         applyStatus(lastStatus);
     }
@@ -430,46 +441,62 @@ void MainWindow::showState(const QString &word)
     switch (state) {
     case ServiceState::Running:
         toggle->setState(State::On);
-        statusLabel->setText(tr("Connected"));
-        pillLabel->setText(tr("Tunnel up"));
+        showStatus(tr("Connected"));
+        pillLabel->say(tr("Tunnel up"));
         showTrayStatus(tr("Connected"));
         break;
     case ServiceState::Fetching:
     case ServiceState::Starting:
     case ServiceState::Connecting:
         toggle->setState(State::Connecting);
-        statusLabel->setText(tr("Connecting…"));
+        showStatus(tr("Connecting…"));
         if (state == ServiceState::Fetching) {
-            pillLabel->setText(tr("Fetching config…"));
+            pillLabel->say(tr("Fetching config…"));
         }
         showTrayStatus(tr("Connecting…"));
         break;
     case ServiceState::Stopping:
         toggle->setState(State::Disconnecting);
-        statusLabel->setText(tr("Disconnecting…"));
+        showStatus(tr("Disconnecting…"));
         showTrayStatus(tr("Disconnecting…"));
         break;
     case ServiceState::Stopped:
     case ServiceState::Disconnected:
         toggle->setState(State::Off);
-        statusLabel->setText(tr("Disconnected"));
-        pillLabel->setText(tr("Idle"));
+        showStatus(tr("Disconnected"));
+        pillLabel->say(tr("Idle"));
         showTrayStatus(tr("Disconnected"));
         break;
     case ServiceState::SubscriptionExpired:
         toggle->setState(State::Error);
-        statusLabel->setText(tr("Error"));
-        pillLabel->setText(tr("Subscription expired"));
+        showStatus(tr("Error"));
+        pillLabel->say(tr("Subscription expired"));
         showTrayStatus(tr("Error"));
         break;
     case ServiceState::Failed:
         toggle->setState(State::Error);
-        statusLabel->setText(tr("Failed"));
-        pillLabel->setText(word);
+        showStatus(tr("Failed"));
+        pillLabel->say(word);
         showTrayStatus(tr("Failed"));
         break;
     case ServiceState::Unknown:
         break;
+    }
+}
+
+void MainWindow::nameControls()
+{
+    toggle->setAccessibleName(tr("IXOVPN"));
+    toggle->setAccessibleDescription(statusLabel->text());
+    // A sign that cannot be read out; the button says what lies behind it.
+    menuButton->setAccessibleName(sideMenu->accessibleName());
+}
+
+void MainWindow::showStatus(const QString &text)
+{
+    statusLabel->say(text);
+    if (toggle->accessibleDescription() != text) {
+        toggle->setAccessibleDescription(text);
     }
 }
 

@@ -17,8 +17,11 @@ class ServiceClient;
 }
 
 namespace ui {
+class PillLabel;
+class ScreenCover;
 class SettingsDialog;
 class SideMenu;
+class StatusLabel;
 class SupportDialog;
 class ToggleSwitch;
 class TrayController;
@@ -63,6 +66,10 @@ private:
     void showState(const QString &word);
     void putOff(ipc::protocol::Message message);
     void showPutOff();
+    /// For those who cannot see the screen.
+    void nameControls();
+
+    void showStatus(const QString &text);
     void showTrayStatus(const QString &text);
     void showNextNotice();
     void sendLanguage(const QString &tag);
@@ -73,11 +80,12 @@ private:
     ui::SupportDialog *supportPage = nullptr;
     ui::ToggleSwitch *toggle = nullptr;
     QLabel *titleLabel = nullptr;
-    QLabel *statusLabel = nullptr;
+    ui::StatusLabel *statusLabel = nullptr;
     QLabel *hintLabel = nullptr;
-    QLabel *pillLabel = nullptr;
+    ui::PillLabel *pillLabel = nullptr;
     QToolButton *menuButton = nullptr;
     ui::SideMenu *sideMenu = nullptr;
+    ui::ScreenCover *screenCover = nullptr;
     ipc::ServiceClient *client = nullptr;
     ui::TrayController *tray = nullptr;
     bool serviceConnected = false;

@@ -81,6 +81,14 @@ void Page::cover()
     backButton->setFocus();
 }
 
+void Page::setHeader(const QString &title, const QString &back)
+{
+    titleLabel->setText(title);
+    setAccessibleName(title);
+    backButton->setToolTip(back);
+    backButton->setAccessibleName(back);
+}
+
 QLabel *Page::makeSectionCaption(const QString &text)
 {
     auto *const caption = new QLabel{text, this};

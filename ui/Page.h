@@ -30,6 +30,10 @@ protected:
     /// Lays the page over its parent as that is now, shows it and gives it the keyboard.
     void cover();
 
+    /// Both also name what they belong to for those who cannot see it: the page, and the button,
+    /// on which there is only an arrow.
+    void setHeader(const QString &title, const QString &back);
+
     /// A small caption in capitals above a group.
     QLabel *makeSectionCaption(const QString &text);
 
@@ -38,8 +42,10 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
     QToolButton *backButton;
-    QLabel *titleLabel;
     QVBoxLayout *body;
+
+private:
+    QLabel *titleLabel;
 };
 
 } // namespace ui

@@ -59,7 +59,7 @@ QString inLines(const QString &text, const QFont &font, const QSize &room)
 } // namespace
 
 PillLabel::PillLabel(const QString &text, QWidget *parent)
-    : QLabel(text, parent)
+    : StatusLabel(text, parent)
 {
     setTextFormat(Qt::PlainText);
 }
@@ -86,7 +86,7 @@ bool PillLabel::event(QEvent *event)
         QToolTip::showText(place, isShortened() ? toolTipText() : QString{}, this);
         return true;
     }
-    return QLabel::event(event);
+    return StatusLabel::event(event);
 }
 
 void PillLabel::paintEvent(QPaintEvent * /*event*/)

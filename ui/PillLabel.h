@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QLabel>
+#include "ui/StatusLabel.h"
 
 namespace ui {
 
-/// A label of one line for texts of any length and content.
+/// A status label of one line for texts of any length and content.
 ///
 /// text() is always what was set. Shown are its beginning, as plain characters whatever markup
 /// they may hold, and an ellipsis where it does not fit. Line breaks and control characters are
@@ -12,7 +12,7 @@ namespace ui {
 /// or fewer where the screen cannot hold them, in lines that are broken inside a word if need be.
 /// The label never asks for more width than its parent has to give, so a long text moves nothing.
 /// The cost of showing a text does not grow with its length.
-class PillLabel : public QLabel
+class PillLabel : public StatusLabel
 {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 #include "ui/ReferralDialog.h"
 
 #include "ui/ReferralCode.h"
+#include "ui/StatusLabel.h"
 
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -56,6 +57,7 @@ ReferralDialog::ReferralDialog(QWidget *parent)
     promptLabel->setWordWrap(true);
 
     codeEdit = new QLineEdit{this};
+    promptLabel->setBuddy(codeEdit);
     codeEdit->setPlaceholderText(tr("e.g. ABC123"));
     codeEdit->setMaxLength(longestEntry);
     const QString stored = referralcode::stored();
@@ -63,7 +65,7 @@ ReferralDialog::ReferralDialog(QWidget *parent)
         codeEdit->setText(stored);
     }
 
-    statusLabel = new QLabel{this};
+    statusLabel = new StatusLabel{{}, this};
     statusLabel->setObjectName(QStringLiteral("status"));
     statusLabel->setWordWrap(true);
     statusLabel->hide();
@@ -114,7 +116,7 @@ void ReferralDialog::onSave()
 
 void ReferralDialog::showStatus(const QString &text, const QString &state)
 {
-    statusLabel->setText(text);
+    statusLabel->answer(text);
     statusLabel->setProperty("state", state);
     statusLabel->style()->unpolish(statusLabel);
     statusLabel->style()->polish(statusLabel);

@@ -8,6 +8,8 @@ class QPushButton;
 
 namespace ui {
 
+class StatusLabel;
+
 /// The dialog in which the user enters a referral code.
 ///
 /// A valid code is stored and announced at once; the dialog then closes by itself after 1200 ms.
@@ -33,7 +35,7 @@ private:
 
     QLabel *promptLabel = nullptr;
     QLineEdit *codeEdit = nullptr;
-    QLabel *statusLabel = nullptr;
+    StatusLabel *statusLabel = nullptr;
     QPushButton *saveButton = nullptr;
 };
 

@@ -53,6 +53,7 @@ SettingsDialog::SettingsDialog(QWidget *parent)
         languageCombo->addItem(QString::fromUtf8(language.name),
                                QString{QLatin1String{language.tag}});
     }
+    languageLabel->setBuddy(languageCombo);
     // Around the list, where the page's style sheet does not reach.
     languageCombo->view()->parentWidget()->setStyleSheet(QStringLiteral("background: #1B1D3D;"));
     saveButton = new QPushButton{this};
@@ -110,8 +111,7 @@ void SettingsDialog::onSave()
 
 void SettingsDialog::retranslateUi()
 {
-    backButton->setToolTip(tr("Back"));
-    titleLabel->setText(tr("Settings"));
+    setHeader(tr("Settings"), tr("Back"));
     languageLabel->setText(tr("Language"));
     saveButton->setText(tr("Save"));
 }

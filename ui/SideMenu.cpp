@@ -66,6 +66,7 @@ SideMenu::SideMenu(QWidget *parent)
     anim->setDuration(slideMs);
     anim->setEasingCurve(QEasingCurve::OutCubic);
 
+    nameForReaders();
     fitPanel();
 }
 
@@ -112,6 +113,7 @@ void SideMenu::retranslate()
     referralItem->setLabel(tr("Referral Code"));
     supportItem->setLabel(tr("Support"));
     exitItem->setLabel(tr("Exit"));
+    nameForReaders();
     fitPanel();
 }
 
@@ -135,6 +137,13 @@ void SideMenu::resizeEvent(QResizeEvent * /*event*/)
 QRect SideMenu::panelRect(bool shown) const
 {
     return {shown ? 0 : -panelWidth, 0, panelWidth, height()};
+}
+
+void SideMenu::nameForReaders()
+{
+    const QStringList names{settingsItem->text(), referralItem->text(), supportItem->text(),
+                            exitItem->text()};
+    setAccessibleName(names.join(QLatin1String{", "}));
 }
 
 void SideMenu::fitPanel()

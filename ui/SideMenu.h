@@ -41,6 +41,8 @@ protected:
 
 private:
     QRect panelRect(bool shown) const;
+    /// The menu has no title: to those who cannot see it, it is what it offers.
+    void nameForReaders();
     void fitPanel();
     void placePanel();
 

@@ -49,9 +49,7 @@ QLabel *makeLink(const QString &address, QWidget *parent)
 {
     auto *const link = new LinkLabel{parent};
     link->setObjectName(QStringLiteral("link"));
-    link->setText(QStringLiteral("<a style=\"color:#FF8A4E;text-decoration:none;font-weight:600;\""
-                                 " href=\"%1\">%1</a>")
-                      .arg(address));
+    link->showAddress(address);
     return link;
 }
 
@@ -119,17 +117,30 @@ SupportDialog::CopyRow SupportDialog::makeCopyRow(const QString &value)
     line->addStretch(1);
     body->addWidget(made.row);
 
-    connect(made.button, &QPushButton::clicked, this,
-            [this, button = made.button] { onCopy(button); });
+    made.caption->setBuddy(made.button);
+
+    connect(made.button, &QPushButton::clicked, this, [this, made] { onCopy(made); });
     return made;
 }
 
-void SupportDialog::onCopy(QPushButton *button)
+void SupportDialog::onCopy(const CopyRow &row)
 {
-    const QString value = button->property(copyValueProperty).toString();
+    const QString value = row.button->property(copyValueProperty).toString();
     QGuiApplication::clipboard()->setText(value, QClipboard::Clipboard);
-    button->setText(tr("Copied!"));
-    QTimer::singleShot(feedbackTime, button, [button, value] { button->setText(value); });
+    showOn(row, tr("Copied!"));
+    QTimer::singleShot(feedbackTime, row.button, [row, value] { showOn(row, value); });
+}
+
+void SupportDialog::showOn(const CopyRow &row, const QString &text)
+{
+    row.button->setText(text);
+    nameButton(row);
+}
+
+// Read out alone, a value does not tell what it is.
+void SupportDialog::nameButton(const CopyRow &row)
+{
+    row.button->setAccessibleName(row.caption->text() + QLatin1Char{' '} + row.button->text());
 }
 
 void SupportDialog::refreshReferral()
@@ -137,7 +148,7 @@ void SupportDialog::refreshReferral()
     const QString code = referralcode::stored();
     const bool valid = isValidReferralCode(code);
     if (valid) {
-        referral.button->setText(code);
+        showOn(referral, code);
         referral.button->setProperty(copyValueProperty, code);
     }
     referral.row->setVisible(valid);
@@ -145,8 +156,7 @@ void SupportDialog::refreshReferral()
 
 void SupportDialog::retranslateUi()
 {
-    backButton->setToolTip(tr("Back"));
-    titleLabel->setText(tr("Support"));
+    setHeader(tr("Support"), tr("Back"));
     contactCaption->setText(tr("CONTACT"));
     contactText->setText(tr("For any questions about VPN operation, please contact us:"));
     infoCaption->setText(tr("INFO"));
@@ -154,6 +164,7 @@ void SupportDialog::retranslateUi()
         if (row.row != nullptr) {
             row.caption->setText(caption);
             row.button->setToolTip(tr("Click to copy"));
+            nameButton(row);
         }
     };
     retranslate(version, tr("Version:"));

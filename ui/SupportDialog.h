@@ -35,7 +35,9 @@ private:
     };
 
     CopyRow makeCopyRow(const QString &value);
-    void onCopy(QPushButton *button);
+    void onCopy(const CopyRow &row);
+    static void showOn(const CopyRow &row, const QString &text);
+    static void nameButton(const CopyRow &row);
     void refreshReferral();
     void retranslateUi();
 

@@ -1,5 +1,7 @@
 #include "ui/ToggleSwitch.h"
 
+#include "ui/Accessibility.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -201,6 +203,7 @@ void ToggleSwitch::setState(State newState)
     if (newState == state_) {
         return;
     }
+    const accessibility::StateReport report{this};
     state_ = newState;
 
     const double target = restingPlace(newState);

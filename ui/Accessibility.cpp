@@ -1,0 +1,258 @@
+#include "ui/Accessibility.h"
+
+#include "ui/LinkLabel.h"
+#include "ui/Page.h"
+#include "ui/ScreenCover.h"
+#include "ui/SideMenu.h"
+#include "ui/StatusLabel.h"
+#include "ui/ToggleSwitch.h"
+
+#include <QAccessibleWidget>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QToolButton>
+#include <QUrl>
+
+namespace ui::accessibility {
+
+namespace {
+
+/// Something on the main screen, which an overlay can cover.
+class Part : public QAccessibleWidget
+{
+public:
+    using QAccessibleWidget::QAccessibleWidget;
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        const ScreenCover *const cover = ScreenCover::over(widget());
+        if (cover != nullptr && cover->isClosed()) {
+            state.invisible = true;
+        }
+        return state;
+    }
+};
+
+class Text : public Part
+{
+public:
+    explicit Text(QLabel *label)
+        : Part(label)
+    {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = Part::state();
+        state.readOnly = true;
+        return state;
+    }
+
+    QAccessible::Role role() const override
+    {
+        return qobject_cast<StatusLabel *>(object()) != nullptr ? QAccessible::Notification
+                                                                : QAccessible::StaticText;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? static_cast<QLabel *>(widget())->text()
+                                         : Part::text(kind);
+    }
+};
+
+class MenuButton : public Part
+{
+public:
+    explicit MenuButton(QToolButton *button)
+        : Part(button, QAccessible::ButtonMenu)
+    {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = Part::state();
+        state.hasPopup = true;
+        return state;
+    }
+
+    QStringList actionNames() const override
+    {
+        return QStringList{pressAction()} + Part::actionNames();
+    }
+
+    void doAction(const QString &name) override
+    {
+        if (name != pressAction()) {
+            Part::doAction(name);
+        } else if (!state().invisible) {
+            static_cast<QToolButton *>(widget())->animateClick();
+        }
+    }
+};
+
+class Switch : public Part
+{
+public:
+    explicit Switch(ToggleSwitch *toggle)
+        : Part(toggle, QAccessible::CheckBox)
+    {}
+
+    QAccessible::State state() const override
+    {
+        using State = ToggleSwitch::State;
+        const State shown = static_cast<ToggleSwitch *>(widget())->state();
+        const bool changing = shown == State::Connecting || shown == State::Disconnecting;
+        QAccessible::State state = Part::state();
+        state.checkable = true;
+        state.checked = shown == State::On || shown == State::Disconnecting;
+        state.busy = changing;
+        state.disabled = state.disabled || changing;
+        return state;
+    }
+
+    QStringList actionNames() const override { return {toggleAction()}; }
+
+    void doAction(const QString &name) override
+    {
+        const QWidget *const dialog = QApplication::activeModalWidget();
+        if (name != toggleAction() || state().invisible || state().disabled ||
+            (dialog != nullptr && dialog != widget()->window())) {
+            return;
+        }
+        const QPointF middle = QRectF{widget()->rect()}.center();
+        const QPointF onScreen = widget()->mapToGlobal(middle.toPoint());
+        QMouseEvent press{QEvent::MouseButtonPress, middle,         onScreen,
+                          Qt::LeftButton,           Qt::LeftButton, Qt::NoModifier};
+        QCoreApplication::sendEvent(widget(), &press);
+        QMouseEvent release{QEvent::MouseButtonRelease,
+                            middle,
+                            onScreen,
+                            Qt::LeftButton,
+                            Qt::NoButton,
+                            Qt::NoModifier};
+        QCoreApplication::sendEvent(widget(), &release);
+    }
+};
+
+class Dialog : public QAccessibleWidget
+{
+public:
+    explicit Dialog(QDialog *dialog)
+        : QAccessibleWidget(dialog, QAccessible::Dialog)
+    {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.modal = widget()->isModal();
+        return state;
+    }
+};
+
+class Link : public QAccessibleWidget
+{
+public:
+    explicit Link(LinkLabel *label)
+        : QAccessibleWidget(label, QAccessible::Link)
+    {}
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? address() : QAccessibleWidget::text(kind);
+    }
+
+    QStringList actionNames() const override
+    {
+        return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString &name) override
+    {
+        if (name != pressAction()) {
+            QAccessibleWidget::doAction(name);
+        } else if (widget()->isVisible()) {
+            QDesktopServices::openUrl(QUrl{address()});
+        }
+    }
+
+private:
+    QString address() const { return static_cast<LinkLabel *>(widget())->address(); }
+};
+
+QAccessibleInterface *make(const QString & /*className*/, QObject *object)
+{
+    if (auto *const toggle = qobject_cast<ToggleSwitch *>(object)) {
+        return new Switch{toggle};
+    }
+    if (auto *const label = qobject_cast<StatusLabel *>(object)) {
+        return new Text{label};
+    }
+    if (auto *const link = qobject_cast<LinkLabel *>(object)) {
+        return link->address().isEmpty() ? nullptr : new Link{link};
+    }
+    if (auto *const dialog = qobject_cast<QDialog *>(object)) {
+        return new Dialog{dialog};
+    }
+    if (qobject_cast<Page *>(object) != nullptr || qobject_cast<SideMenu *>(object) != nullptr) {
+        return new QAccessibleWidget{static_cast<QWidget *>(object), QAccessible::Grouping};
+    }
+    auto *const widget = qobject_cast<QWidget *>(object);
+    if (widget == nullptr || ScreenCover::over(widget) == nullptr) {
+        return nullptr;
+    }
+    if (auto *const label = qobject_cast<QLabel *>(object)) {
+        return new Text{label};
+    }
+    if (auto *const button = qobject_cast<QToolButton *>(object)) {
+        return new MenuButton{button};
+    }
+    return new Part{widget};
+}
+
+} // namespace
+
+void install()
+{
+    QAccessible::installFactory(&make);
+}
+
+StateReport::StateReport(QWidget *widget_)
+    : widget(QAccessible::isActive() ? widget_ : nullptr)
+{
+    if (widget != nullptr) {
+        before = QAccessible::queryAccessibleInterface(widget)->state();
+    }
+}
+
+StateReport::~StateReport()
+{
+    if (widget == nullptr) {
+        return;
+    }
+    const QAccessible::State now = QAccessible::queryAccessibleInterface(widget)->state();
+    // One by one: of several changes in one event, some listeners pass on only the first.
+    const auto report = [this](const QAccessible::State &changed) {
+        QAccessibleStateChangeEvent news{widget, changed};
+        QAccessible::updateAccessibility(&news);
+    };
+    if (now.checked != before.checked) {
+        QAccessible::State changed;
+        changed.checked = true;
+        report(changed);
+    }
+    if (now.busy != before.busy) {
+        QAccessible::State changed;
+        changed.busy = true;
+        report(changed);
+    }
+    if (now.disabled != before.disabled) {
+        QAccessible::State changed;
+        changed.disabled = true;
+        report(changed);
+    }
+}
+
+} // namespace ui::accessibility

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QAccessible>
+
+class QWidget;
+
+/// What assistive technology, a screen reader for one, is told about the widgets of this program
+/// beyond what the toolkit knows by itself. Nothing here runs while no such technology does.
+namespace ui::accessibility {
+
+/// From now on:
+/// - the switch is a check box: checked while the tunnel is up or going down, busy and disabled
+///   while a change is under way; to toggle it does what a left click in its middle would,
+///   nothing where the click would not reach it;
+/// - the texts of a StatusLabel are notifications;
+/// - what a ScreenCover's overlay hides is not showing;
+/// - a LinkLabel that shows an address is a link that can be pressed;
+/// - a dialog says whether it is modal;
+/// - pages and menu are panels with their own name.
+/// More than once is as good as once.
+void install();
+
+/// Announces how the state of a widget has changed between construction and destruction.
+class StateReport
+{
+public:
+    explicit StateReport(QWidget *widget);
+    ~StateReport();
+    StateReport(const StateReport &) = delete;
+    StateReport &operator=(const StateReport &) = delete;
+
+private:
+    QWidget *const widget;
+    QAccessible::State before;
+};
+
+} // namespace ui::accessibility
