@@ -40,11 +40,23 @@ namespace {
 constexpr std::array tags{"en", "ru", "de", "fr", "es", "it", "pt",
                           "br", "ja", "nl", "pl", "tr", "uk", "cs"};
 
-constexpr std::array scaleFactors{"1", "1.25", "1.5", "2"};
+/// How large a desktop shows things: everything, and letters once more.
+struct View
+{
+    const char *scale;
+    const char *dotsPerInch;
+};
+
+// 96 dots per inch is the usual number, 144 a text size of 150 %.
+constexpr std::array views{View{"1", "96"},    View{"1.25", "96"}, View{"1.5", "96"},
+                           View{"2", "96"},    View{"3", "96"},    View{"1", "144"},
+                           View{"1.5", "144"}, View{"3", "144"}};
 constexpr char scaleVariable[] = "QT_SCALE_FACTOR";
+constexpr char dotsVariable[] = "QT_FONT_DPI";
 
 // As large as the desktops' own default font gets.
 constexpr int pointSize = 11;
+constexpr double pointsPerInch = 72.0;
 
 // At both ends of a row of the language list.
 constexpr int listMargin = 10;
@@ -275,6 +287,8 @@ void tst_TextFit::initTestCase()
     QVERIFY2(!QFontDatabase{}.families(QFontDatabase::Japanese).isEmpty(),
              "No font has Japanese letters (Debian: fonts-noto-cjk)");
     QCOMPARE(qApp->devicePixelRatio(), qgetenv(scaleVariable).toDouble());
+    QCOMPARE(QFontInfo{QApplication::font()}.pixelSize(),
+             qRound(pointSize * qgetenv(dotsVariable).toDouble() / pointsPerInch));
 
     QSettings service{QSettings::SystemScope, QStringLiteral("IXOVPN"),
                       QStringLiteral("IxoService")};
@@ -440,7 +454,7 @@ void tst_TextFit::nothingWasForgotten()
 
 #undef LOOK
 
-/// Without a scale the program runs itself once with each.
+/// Without a scale the program runs itself once with each view.
 int main(int argc, char *argv[])
 {
     if (qEnvironmentVariableIsSet(scaleVariable)) {
@@ -450,9 +464,10 @@ int main(int argc, char *argv[])
     }
     QCoreApplication application{argc, argv};
     int failures = 0;
-    for (const char *factor : scaleFactors) {
-        qInfo("At a scale of %s:", factor);
-        qputenv(scaleVariable, factor);
+    for (const View &view : views) {
+        qInfo("At a scale of %s and %s dots per inch:", view.scale, view.dotsPerInch);
+        qputenv(scaleVariable, view.scale);
+        qputenv(dotsVariable, view.dotsPerInch);
         failures += QProcess::execute(QCoreApplication::applicationFilePath(),
                                       QCoreApplication::arguments().mid(1)) != 0;
     }

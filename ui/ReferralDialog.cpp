@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <chrono>
 
 namespace ui {
@@ -88,6 +89,11 @@ ReferralDialog::ReferralDialog(QWidget *parent)
     connect(codeEdit, &QLineEdit::returnPressed, this, &ReferralDialog::onSave);
 
     retranslateUi();
+
+    // A size left to the toolkit would never be more than two thirds of the screen, which is not
+    // enough where everything is shown three times as large.
+    const int width = std::max(narrowest, column->totalSizeHint().width());
+    resize(width, column->totalHeightForWidth(width));
 }
 
 void ReferralDialog::changeEvent(QEvent *event)
