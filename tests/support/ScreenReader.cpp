@@ -49,7 +49,7 @@ QString roleOf(const Thing &thing)
 
 bool has(const Thing &thing, AtspiStateType state)
 {
-    AtspiStateSet *set = atspi_accessible_get_state_set(thing.get());
+    AtspiStateSet *set = thing == nullptr ? nullptr : atspi_accessible_get_state_set(thing.get());
     const bool contains = set != nullptr && atspi_state_set_contains(set, state) != FALSE;
     g_clear_object(&set);
     return contains;
@@ -69,7 +69,8 @@ std::vector<Thing> childrenOf(const Thing &thing)
 
 std::shared_ptr<AtspiAction> actionsOf(const Thing &thing)
 {
-    return {atspi_accessible_get_action_iface(thing.get()), [](AtspiAction *actions) {
+    return {thing == nullptr ? nullptr : atspi_accessible_get_action_iface(thing.get()),
+            [](AtspiAction *actions) {
                 if (actions != nullptr) {
                     g_object_unref(actions);
                 }
