@@ -59,8 +59,17 @@ public:
         }
     }
 
-    /// The middle of the icon; null as long as there is none.
-    QPoint icon() const { return support::orange(screenshot().copy(trayArea)); }
+    /// The middle of the icon. Waits for it, since it is not there while the tray draws itself
+    /// anew; null if it does not come.
+    QPoint icon() const
+    {
+        QPoint found;
+        waitFor([&] {
+            found = support::orange(screenshot().copy(trayArea));
+            return !found.isNull();
+        });
+        return found;
+    }
 
     bool isShown() const { return visibleWindows(title()) == QList<Window>{window}; }
     bool isActive() const { return activeWindow() == window; }
