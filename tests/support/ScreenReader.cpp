@@ -37,7 +37,7 @@ Thing owned(AtspiAccessible *accessible)
 
 QString owned(char *text)
 {
-    const QString result = QString::fromUtf8(text);
+    QString result = QString::fromUtf8(text);
     g_free(text);
     return result;
 }
