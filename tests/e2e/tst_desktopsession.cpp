@@ -46,7 +46,9 @@ private Q_SLOTS:
 
 private:
     static bool hides(ClientSession &session);
-    static Desktop::Window startTrayer(ClientSession &session, QProcess **trayer);
+    static bool hidesIn(const TrayHost &host, ClientSession &session);
+    /// Waits until icons can come.
+    static QProcess *startTrayer(ClientSession &session);
 };
 
 bool tst_DesktopSession::hides(ClientSession &session)
@@ -56,31 +58,35 @@ bool tst_DesktopSession::hides(ClientSession &session)
            session.client->state() == QProcess::Running;
 }
 
-Desktop::Window tst_DesktopSession::startTrayer(ClientSession &session, QProcess **trayer)
+// A client that is started now.
+bool tst_DesktopSession::hidesIn(const TrayHost &host, ClientSession &session)
 {
-    *trayer = session.start(QStringLiteral("trayer"));
-    const QString panel = QStringLiteral("panel");
-    waitFor([&] { return session.visibleWindows(panel).size() == 1; });
-    return session.visibleWindows(panel).value(0);
+    return session.startClient() && waitFor([&host] { return host.items().size() == 1; }) &&
+           hides(session);
+}
+
+QProcess *tst_DesktopSession::startTrayer(ClientSession &session)
+{
+    QProcess *const trayer = session.start(QStringLiteral("trayer"));
+    waitFor([&session] { return session.isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+    return trayer;
 }
 
 void tst_DesktopSession::embeddingTrayRestarted()
 {
     ClientSession session{client()};
-    QProcess *trayer = nullptr;
-    QVERIFY(startTrayer(session, &trayer) != 0);
+    QProcess *const trayer = startTrayer(session);
     QVERIFY(session.startClient());
     QVERIFY(hides(session));
 
     session.stop(trayer);
-    const Desktop::Window panel = startTrayer(session, &trayer);
-    QVERIFY(panel != 0);
+    startTrayer(session);
     QPoint icon;
     QVERIFY(waitFor([&] {
-        icon = support::orange(session.screenshot(panel));
+        icon = support::orange(session.screenshot());
         return !icon.isNull();
     }));
-    session.click(session.geometry(panel).topLeft() + icon);
+    session.click(icon);
     QVERIFY(waitFor([&] { return session.visibleWindows(title()).size() == 1; }));
     QVERIFY(hides(session));
 }
@@ -90,9 +96,7 @@ void tst_DesktopSession::busTrayRestarted()
     ClientSession session{client()};
     session.startSessionBus();
     auto host = std::make_unique<TrayHost>(busOf(session));
-    QVERIFY(session.startClient());
-    QVERIFY(waitFor([&] { return host->items().size() == 1; }));
-    QVERIFY(hides(session));
+    QVERIFY(hidesIn(*host, session));
 
     host.reset();
     host = std::make_unique<TrayHost>(busOf(session));
@@ -108,9 +112,7 @@ void tst_DesktopSession::trayGoneForGood()
     ClientSession session{client()};
     session.startSessionBus();
     auto host = std::make_unique<TrayHost>(busOf(session));
-    QVERIFY(session.startClient());
-    QVERIFY(waitFor([&] { return host->items().size() == 1; }));
-    QVERIFY(hides(session));
+    QVERIFY(hidesIn(*host, session));
     host.reset();
 
     QCOMPARE(session.run(client()).exitCode, 0);
@@ -138,9 +140,8 @@ void tst_DesktopSession::logOut()
     SessionManager manager;
     ClientSession session{client()};
     session.setVariable(QStringLiteral("SESSION_MANAGER"), manager.address());
-    QProcess *trayer = nullptr;
     if (tray) {
-        QVERIFY(startTrayer(session, &trayer) != 0);
+        startTrayer(session);
     }
     QVERIFY(session.startClient());
     QVERIFY(waitFor([&] { return manager.members() == 1; }));

@@ -24,7 +24,7 @@ QString client()
 
 QString busOf(Sway &sway)
 {
-    return sway.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+    return sway.programs.environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
 }
 
 } // namespace
@@ -59,8 +59,8 @@ void tst_Wayland::initTestCase_data()
 QProcess *tst_Wayland::startClient(Sway &sway)
 {
     QFETCH_GLOBAL(QString, platform);
-    sway.environment().insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
-    QProcess *const process = sway.start(client());
+    sway.programs.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
+    QProcess *const process = sway.programs.start(client());
     waitFor([&sway] { return sway.windows(title()).size() == 1; });
     return process;
 }
@@ -108,7 +108,7 @@ void tst_Wayland::hiddenWindowComesBack()
     host.click(host.items().first());
     QVERIFY(isBack());
     QVERIFY(hides());
-    QCOMPARE(sway.run(client()), 0);
+    QCOMPARE(sway.programs.run(client()).exitCode, 0);
     QVERIFY(isBack());
 }
 
@@ -116,7 +116,7 @@ void tst_Wayland::secondStartBringsTheWindowToTheFront()
 {
     Sway sway;
     startClient(sway);
-    sway.start(QStringLiteral("xev"));
+    sway.programs.start(QStringLiteral("xev"));
     const QString other = QStringLiteral("Event Tester");
     QVERIFY(waitFor([&] { return sway.windows(other).size() == 1; }));
     sway.focus(sway.windows(other).first());
@@ -124,7 +124,7 @@ void tst_Wayland::secondStartBringsTheWindowToTheFront()
 
     // The program may still believe that it has the keyboard, and then does nothing.
     QVERIFY(waitFor([&] {
-        const int exitCode = sway.run(client());
+        const int exitCode = sway.programs.run(client()).exitCode;
         const QList<Sway::Window> windows = sway.windows(title());
         return exitCode == 0 && windows.size() == 1 && windows.first().focused;
     }));
@@ -143,7 +143,7 @@ void tst_Wayland::secondStartKeepsADialogOpen()
     const int before = sway.windows(notice).first().id;
     sway.focus(sway.windows(title()).first());
 
-    QCOMPARE(sway.run(client()), 0);
+    QCOMPARE(sway.programs.run(client()).exitCode, 0);
     // What it brought about precedes the answer to this.
     service.sendLine("status: running");
     service.sendLine("notice: two");

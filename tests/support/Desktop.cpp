@@ -13,7 +13,6 @@ namespace support {
 
 namespace {
 
-constexpr int hangMs = 120'000;
 constexpr int smallestPopup = 5;
 
 QString server()
@@ -31,37 +30,17 @@ QString number(qulonglong value)
     return QString::number(value);
 }
 
-QByteArray firstLine(QProcess &process)
-{
-    if (!waitFor([&process] { return process.canReadLine(); })) {
-        qFatal("%s says nothing: %s", qPrintable(process.program()),
-               process.readAllStandardError().constData());
-    }
-    return process.readLine().trimmed();
-}
-
 } // namespace
 
-bool waitFor(const std::function<bool()> &condition)
-{
-    return QTest::qWaitFor(condition, hangMs);
-}
-
 Desktop::Desktop(WindowManager manager)
-    : surroundings(QProcessEnvironment::systemEnvironment())
 {
-    surroundings.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    // What a program says is nobody's business but its own; coverage counters that an older build
-    // left behind must not speak up in it.
-    setVariable(QStringLiteral("GCOV_ERROR_FILE"), QStringLiteral("/dev/null"));
-
     // Without -noreset the server starts afresh whenever its last client leaves.
     QProcess *const display = start(
         server(), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
                    QStringLiteral("0"), QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"),
                    QStringLiteral("tcp"), QStringLiteral("-noreset")});
     setVariable(QStringLiteral("DISPLAY"),
-                QLatin1Char{':'} + QString::fromLatin1(firstLine(*display)));
+                QLatin1Char{':'} + QString::fromLatin1(Programs::firstLine(*display)));
 
     switch (manager) {
     case WindowManager::Openbox:
@@ -82,70 +61,13 @@ Desktop::Desktop(WindowManager manager)
     }
 }
 
-Desktop::~Desktop()
-{
-    while (!running.empty()) {
-        stop(running.back().get());
-    }
-}
-
-void Desktop::startSessionBus()
-{
-    QProcess *const bus = start(QStringLiteral("dbus-daemon"),
-                                {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                 QStringLiteral("--print-address")});
-    setVariable(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromLatin1(firstLine(*bus)));
-}
-
 void Desktop::setVariable(const QString &name, const QString &value)
 {
     if (value.isNull()) {
-        surroundings.remove(name);
+        programs.environment.remove(name);
     } else {
-        surroundings.insert(name, value);
+        programs.environment.insert(name, value);
     }
-}
-
-QProcess *Desktop::start(const QString &program, const QStringList &arguments)
-{
-    auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(surroundings);
-    process->start(program, arguments);
-    if (!process->waitForStarted(-1)) {
-        qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process->errorString()));
-    }
-    running.push_back(std::move(process));
-    return running.back().get();
-}
-
-void Desktop::stop(QProcess *process)
-{
-    const auto it = std::find_if(running.begin(), running.end(),
-                                 [process](const auto &ours) { return ours.get() == process; });
-    if (it == running.end()) {
-        qFatal("This program was not started here");
-    }
-    process->terminate();
-    if (process->state() != QProcess::NotRunning && !process->waitForFinished(hangMs)) {
-        qWarning("%s has to be killed", qPrintable(process->program()));
-        process->kill();
-        process->waitForFinished(-1);
-    }
-    running.erase(it);
-}
-
-Desktop::Outcome Desktop::run(const QString &program, const QStringList &arguments) const
-{
-    QProcess process;
-    process.setProcessEnvironment(surroundings);
-    process.start(program, arguments, QIODevice::ReadOnly);
-    if (!process.waitForStarted(-1)) {
-        qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process.errorString()));
-    }
-    process.waitForFinished(-1);
-    const bool ended = process.exitStatus() == QProcess::NormalExit;
-    return {ended ? process.exitCode() : -1, process.readAllStandardOutput(),
-            process.readAllStandardError()};
 }
 
 QList<Desktop::Window> Desktop::windows(const QString &title) const
@@ -196,7 +118,7 @@ QByteArray Desktop::describe(Window window) const
 
 bool Desktop::isSelectionOwned(const char *name) const
 {
-    const QByteArray display = surroundings.value(QStringLiteral("DISPLAY")).toLatin1();
+    const QByteArray display = programs.environment.value(QStringLiteral("DISPLAY")).toLatin1();
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection{
         xcb_connect(display.constData(), nullptr), &xcb_disconnect};
     const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom{

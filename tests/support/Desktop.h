@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Programs.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QList>
@@ -10,15 +12,7 @@
 #include <QSize>
 #include <QStringList>
 
-#include <functional>
-#include <memory>
-#include <vector>
-
 namespace support {
-
-/// Waits, with the event loop running, for something that another process does. Only a run that
-/// hangs gets to its end, and then returns false.
-bool waitFor(const std::function<bool()> &condition);
 
 /// An X11 desktop without a screen: a display server of our own and a window manager, and the
 /// tools that do what a user would. To be used inside scripts/isolated; the test itself needs no
@@ -38,33 +32,32 @@ public:
         Metacity
     };
 
-    struct Outcome
-    {
-        int exitCode = -1;
-        QByteArray output;
-        QByteArray errors;
-    };
+    using Outcome = Programs::Outcome;
 
     /// Returns when both answer.
     explicit Desktop(WindowManager manager = WindowManager::Openbox);
-    /// Ends what was started, in reverse order.
-    ~Desktop() override;
 
     /// What is started from now on finds a session bus of its own.
-    void startSessionBus();
+    void startSessionBus() { programs.startSessionBus(); }
 
     /// With the display, and without a choice of the toolkit's platform.
-    const QProcessEnvironment &environment() const { return surroundings; }
+    const QProcessEnvironment &environment() const { return programs.environment; }
     /// For programs that are started from now on; a null value takes the variable out.
     void setVariable(const QString &name, const QString &value);
 
     /// Starts a program that stays; it belongs to the desktop and ends with it. Its output and
     /// errors can be read from the result.
-    QProcess *start(const QString &program, const QStringList &arguments = {});
+    QProcess *start(const QString &program, const QStringList &arguments = {})
+    {
+        return programs.start(program, arguments);
+    }
     /// Asks a started program to end and waits until it has.
-    void stop(QProcess *process);
+    void stop(QProcess *process) { programs.stop(process); }
     /// Runs a program to its end.
-    Outcome run(const QString &program, const QStringList &arguments = {}) const;
+    Outcome run(const QString &program, const QStringList &arguments = {}) const
+    {
+        return programs.run(program, arguments);
+    }
 
     /// Top-level windows with exactly this title, mapped or not, in order of creation.
     QList<Window> windows(const QString &title) const;
@@ -105,8 +98,7 @@ private:
     QByteArray describe(Window window) const;
     QList<Window> search(const QStringList &arguments) const;
 
-    QProcessEnvironment surroundings;
-    std::vector<std::unique_ptr<QProcess>> running;
+    Programs programs;
 };
 
 } // namespace support

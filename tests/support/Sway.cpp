@@ -10,8 +10,6 @@ namespace support {
 
 namespace {
 
-constexpr int hangMs = 120'000;
-
 void collect(const QJsonObject &node, QList<Sway::Window> &found)
 {
     const QString shell = node.value(QLatin1String{"shell"}).toString();
@@ -36,19 +34,12 @@ void collect(const QJsonObject &node, QList<Sway::Window> &found)
 } // namespace
 
 Sway::Sway()
-    : surroundings(QProcessEnvironment::systemEnvironment())
 {
-    surroundings.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    surroundings.insert(QStringLiteral("WLR_BACKENDS"), QStringLiteral("headless"));
-    surroundings.insert(QStringLiteral("WLR_LIBINPUT_NO_DEVICES"), QStringLiteral("1"));
-    surroundings.insert(QStringLiteral("WLR_RENDERER"), QStringLiteral("pixman"));
+    programs.environment.insert(QStringLiteral("WLR_BACKENDS"), QStringLiteral("headless"));
+    programs.environment.insert(QStringLiteral("WLR_LIBINPUT_NO_DEVICES"), QStringLiteral("1"));
+    programs.environment.insert(QStringLiteral("WLR_RENDERER"), QStringLiteral("pixman"));
 
-    QProcess *const bus = start(QStringLiteral("dbus-daemon"),
-                                {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                 QStringLiteral("--print-address")});
-    waitFor([bus] { return bus->canReadLine(); });
-    surroundings.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
-                        QString::fromLatin1(bus->readLine().trimmed()));
+    programs.startSessionBus();
 
     // What it finds out about itself comes back through a command of its own configuration.
     const QString configuration = QDir::tempPath() + QStringLiteral("/sway.conf");
@@ -64,9 +55,10 @@ Sway::Sway()
                told.toLocal8Bit() + "\"\n");
     file.close();
     // It refuses to run as root, which the user of a private world is.
-    start(QStringLiteral("unshare"), {QStringLiteral("--user"), QStringLiteral("--map-user=1000"),
-                                      QStringLiteral("--map-group=1000"), QStringLiteral("sway"),
-                                      QStringLiteral("--config"), configuration});
+    programs.start(QStringLiteral("unshare"),
+                   {QStringLiteral("--user"), QStringLiteral("--map-user=1000"),
+                    QStringLiteral("--map-group=1000"), QStringLiteral("sway"),
+                    QStringLiteral("--config"), configuration});
     if (!waitFor([&told] { return QFile::exists(told); })) {
         qFatal("The compositor does not come up");
     }
@@ -78,44 +70,11 @@ Sway::Sway()
     for (const QByteArray &line : lines) {
         for (const char *const name : {"SWAYSOCK", "WAYLAND_DISPLAY", "DISPLAY"}) {
             if (line.startsWith(QByteArray{name} + '=')) {
-                surroundings.insert(QLatin1String{name},
-                                    QString::fromLocal8Bit(line.mid(line.indexOf('=') + 1)));
+                programs.environment.insert(
+                    QLatin1String{name}, QString::fromLocal8Bit(line.mid(line.indexOf('=') + 1)));
             }
         }
     }
-}
-
-Sway::~Sway()
-{
-    while (!running.empty()) {
-        running.back()->terminate();
-        if (!running.back()->waitForFinished(hangMs)) {
-            running.back()->kill();
-            running.back()->waitForFinished(-1);
-        }
-        running.pop_back();
-    }
-}
-
-QProcess *Sway::start(const QString &program, const QStringList &arguments)
-{
-    auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(surroundings);
-    process->start(program, arguments);
-    if (!process->waitForStarted(-1)) {
-        qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process->errorString()));
-    }
-    running.push_back(std::move(process));
-    return running.back().get();
-}
-
-int Sway::run(const QString &program, const QStringList &arguments) const
-{
-    QProcess process;
-    process.setProcessEnvironment(surroundings);
-    process.start(program, arguments);
-    process.waitForFinished(-1);
-    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
 QList<Sway::Window> Sway::windows() const
@@ -150,11 +109,8 @@ void Sway::focus(const Window &window) const
 
 QByteArray Sway::ask(const QStringList &arguments) const
 {
-    QProcess process;
-    process.setProcessEnvironment(surroundings);
-    process.start(QStringLiteral("swaymsg"), QStringList{QStringLiteral("--raw")} + arguments);
-    process.waitForFinished(-1);
-    return process.readAllStandardOutput();
+    return programs.run(QStringLiteral("swaymsg"), QStringList{QStringLiteral("--raw")} + arguments)
+        .output;
 }
 
 } // namespace support

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "tests/support/Desktop.h"
+#include "tests/support/Programs.h"
 
 #include <QList>
-#include <QProcess>
-#include <QRect>
+#include <QObject>
+#include <QSize>
 #include <QString>
-
-#include <memory>
-#include <vector>
 
 namespace support {
 
@@ -35,14 +32,8 @@ public:
 
     /// Returns when it answers. Programs find a session bus of their own on it.
     Sway();
-    ~Sway() override;
 
-    QProcessEnvironment &environment() { return surroundings; }
-
-    /// Starts a program that stays; it ends with the compositor.
-    QProcess *start(const QString &program, const QStringList &arguments = {});
-    /// Runs a program to its end and returns its exit code; -1 if it crashed.
-    int run(const QString &program, const QStringList &arguments = {}) const;
+    Programs programs;
 
     /// Everything that is open, in no particular order.
     QList<Window> windows() const;
@@ -55,9 +46,6 @@ public:
 
 private:
     QByteArray ask(const QStringList &arguments) const;
-
-    QProcessEnvironment surroundings;
-    std::vector<std::unique_ptr<QProcess>> running;
 };
 
 } // namespace support
