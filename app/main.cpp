@@ -1,4 +1,5 @@
 #include "app/Identity.h"
+#include "app/LibrarySearch.h"
 #include "app/OrderlyFailure.h"
 #include "app/PlainDrawing.h"
 #include "app/SelfTest.h"
@@ -13,6 +14,7 @@
 
 int main(int argc, char *argv[])
 {
+    app::keepLibrarySearchAtHome();
     const bool selfTest = app::selftest::isAskedFor(argc, argv);
     app::SingleInstance instance;
     if (!selfTest && !instance.claim()) {

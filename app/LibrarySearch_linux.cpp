@@ -1,0 +1,10 @@
+#include "app/LibrarySearch.h"
+
+namespace app {
+
+void keepLibrarySearchAtHome()
+{
+    // The system's own toolkit, with the plugins that the user has chosen for all its programs.
+}
+
+} // namespace app
