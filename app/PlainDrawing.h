@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/EnvironmentDefault.h"
+
 namespace app {
 
 /// As long as this object lives, the toolkit makes windows that cannot show OpenGL. This program
@@ -16,12 +18,9 @@ class PlainDrawing
 {
 public:
     PlainDrawing();
-    ~PlainDrawing();
-    PlainDrawing(const PlainDrawing &) = delete;
-    PlainDrawing &operator=(const PlainDrawing &) = delete;
 
 private:
-    const bool ours;
+    const EnvironmentDefault withoutOpenGl;
 };
 
 } // namespace app

@@ -2,6 +2,7 @@
 #include "app/LibrarySearch.h"
 #include "app/OrderlyFailure.h"
 #include "app/PlainDrawing.h"
+#include "app/ScreenScale.h"
 #include "app/SelfTest.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
@@ -29,7 +30,9 @@ int main(int argc, char *argv[])
     QGuiApplication::setFallbackSessionManagementEnabled(false);
     const app::OrderlyFailure orderlyFailure;
     std::optional<app::PlainDrawing> plainDrawing{std::in_place};
+    std::optional<app::ScreenScale> screenScale{std::in_place};
     QApplication application{argc, argv};
+    screenScale.reset();
     app::setIdentity();
     const QStringList arguments = QCoreApplication::arguments();
     if (selfTest && app::selftest::hasLocale(arguments)) {

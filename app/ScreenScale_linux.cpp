@@ -1,0 +1,7 @@
+#include "app/ScreenScale.h"
+
+namespace app {
+
+ScreenScale::ScreenScale() = default;
+
+} // namespace app
