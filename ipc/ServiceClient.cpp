@@ -71,7 +71,9 @@ void ServiceClient::onReadyRead()
     slice.start();
     moreFollows = socket->canReadLine();
     while (moreFollows && socket->canReadLine()) {
-        const QString text = QString::fromUtf8(socket->readLine()).trimmed();
+        const QByteArray line = socket->readLine();
+        // With its length: a line does not end at a zero byte.
+        const QString text = QString::fromUtf8(line.constData(), line.size()).trimmed();
         const bool another = socket->canReadLine();
         // A receiver that runs an event loop must not hold back what is known already.
         if (another || lossToReport) {

@@ -481,6 +481,9 @@ void tst_ServiceClient::lines_data()
         {QStringLiteral("error: \uFFFD|\uFFFD("), running});
     row("character cut off by the line's end", "error: \xC3\nstatus: running\n",
         {QStringLiteral("error: \uFFFD"), running});
+    row("zero bytes", QByteArrayLiteral("status: running\0 x\nerror: \0\n\0\n"),
+        {running + QChar{0} + QStringLiteral(" x"), QStringLiteral("error: ") + QChar{0},
+         QString{QChar{0}}});
     row("nothing but a stray byte", "\x80\n", {QStringLiteral("\uFFFD")});
 }
 
