@@ -67,6 +67,11 @@ if(IXOVPN_COVERAGE)
   target_link_options(ixovpn_options INTERFACE --coverage)
 endif()
 
+# Everything tells the fuzzers where it has been; only they have the fuzzing main().
+if(IXOVPN_FUZZ)
+  target_compile_options(ixovpn_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # Link-time optimisation compiles the whole program anew as a position independent executable, in
 # which the toolkit's meta-objects and signals would get second addresses: casts of its objects
 # would fail and connections would not find their signals. So everything of other libraries is
