@@ -3,9 +3,7 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
 #include <QXmlStreamReader>
@@ -391,23 +389,14 @@ void tst_Catalogues::fixedTexts()
 
 void tst_Catalogues::programAsksForNothingElse()
 {
-    const QTemporaryDir place;
-    const QString collected = place.filePath(QStringLiteral("collected.ts"));
-    const QString tree = sourceTree();
-    QProcess collector;
-    collector.setProcessChannelMode(QProcess::MergedChannels);
-    collector.start(QStringLiteral(IXOVPN_LUPDATE),
-                    {QStringLiteral("-I"), tree, tree + QStringLiteral("/app"),
-                     tree + QStringLiteral("/ipc"), tree + QStringLiteral("/ui"),
-                     QStringLiteral("-ts"), collected});
-    QVERIFY(collector.waitForFinished(-1));
-    const QByteArray said = collector.readAll();
-    QVERIFY2(collector.exitStatus() == QProcess::NormalExit && collector.exitCode() == 0,
-             said.constData());
+    QFile log{QStringLiteral(IXOVPN_COLLECTED ".log")};
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QByteArray said = log.readAll();
+    QVERIFY(!said.isEmpty());
     QVERIFY2(!said.contains("warning") && !said.contains("Q_OBJECT"), said.constData());
 
     Rows asked;
-    const QList<SourceText> texts = readTranslationSource(collected);
+    const QList<SourceText> texts = readTranslationSource(QStringLiteral(IXOVPN_COLLECTED ".ts"));
     for (const SourceText &text : texts) {
         asked.insert(text.row);
     }

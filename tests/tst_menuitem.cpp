@@ -1,7 +1,6 @@
 #include "ui/MenuItem.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QImage>
 #include <QPainter>
 #include <QSignalSpy>
@@ -9,6 +8,7 @@
 #include <QStyleFactory>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
@@ -425,8 +425,7 @@ void tst_MenuItem::iconsMatchReferences()
     QFETCH(MenuItem::Kind, kind);
     QFETCH(int, scale);
     QFETCH(QString, file);
-    const QDir folder{QFileInfo{QString::fromLocal8Bit(__FILE__)}.dir().filePath(
-        QStringLiteral("references/menuitem"))};
+    const QDir folder{QFINDTESTDATA("references/menuitem")};
     Row row{kind};
     QImage image = picture(row, panelColour, scale);
     image = image.copy(QRect{iconArea.topLeft() * scale, iconArea.size() * scale});

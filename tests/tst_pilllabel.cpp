@@ -303,7 +303,8 @@ void tst_PillLabel::followsItsWidth()
     const int needed = pill.sizeHint().width();
     pill.resize(needed, pill.height());
     QCOMPARE(pill.shownText(), text);
-    pill.resize(needed - 1, pill.height());
+    // What the system adds to a text for letters that lean over may be a pixel or two.
+    pill.resize(needed - pill.fontMetrics().averageCharWidth(), pill.height());
     QCOMPARE(pill.shownText().back(), ellipsis);
     pill.resize(needed, pill.height());
     QCOMPARE(pill.shownText(), text);

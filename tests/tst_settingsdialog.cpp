@@ -423,7 +423,9 @@ void tst_SettingsDialog::listIsDarkAllOver()
     constexpr int darkest = 60;
     constexpr int widestFrame = 6;
     const int middle = picture.width() / 2;
-    for (int i = 0; i < widestFrame; ++i) {
+    // The style of Windows draws a thin line around it.
+    const int line = QGuiApplication::platformName() == QLatin1String{"windows"} ? 1 : 0;
+    for (int i = line; i < widestFrame; ++i) {
         QVERIFY(QColor{picture.pixel(middle, i)}.lightness() < darkest);
         QVERIFY(QColor{picture.pixel(middle, picture.height() - 1 - i)}.lightness() < darkest);
     }

@@ -5,12 +5,9 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QLocale>
-#include <QProcess>
 #include <QResource>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
 
@@ -28,22 +25,12 @@ QString shownForConnected()
     return QCoreApplication::translate("MainWindow", "Connected");
 }
 
-/// A resource with one more catalogue: the Russian one under the name of another tag.
+/// A resource with one more catalogue: the Russian one under the name of another tag, de_AT.
 class ExtraCatalogue
 {
 public:
-    explicit ExtraCatalogue(const QString &tag)
+    ExtraCatalogue()
     {
-        const QString name = QStringLiteral("ixovpn_%1.qm").arg(tag);
-        QFile::copy(ui::catalogue::path(QStringLiteral("ru")), place.filePath(name));
-        QFile list{place.filePath(QStringLiteral("extra.qrc"))};
-        list.open(QIODevice::WriteOnly);
-        list.write("<RCC><qresource prefix=\"/i18n\"><file>" + name.toUtf8() +
-                   "</file></qresource></RCC>");
-        list.close();
-        file = place.filePath(QStringLiteral("extra.rcc"));
-        QProcess::execute(QStringLiteral(IXOVPN_RCC), {QStringLiteral("--binary"), list.fileName(),
-                                                       QStringLiteral("-o"), file});
         if (!QResource::registerResource(file)) {
             qFatal("Cannot register the extra catalogue");
         }
@@ -53,8 +40,7 @@ public:
     ExtraCatalogue &operator=(const ExtraCatalogue &) = delete;
 
 private:
-    QTemporaryDir place;
-    QString file;
+    const QString file = QStringLiteral(IXOVPN_EXTRA_CATALOGUE);
 };
 
 } // namespace
@@ -156,7 +142,7 @@ void tst_StartupTranslator::candidates()
 
 void tst_StartupTranslator::wholeLocaleNameComesFirst()
 {
-    const ExtraCatalogue extra{QStringLiteral("de_AT")};
+    const ExtraCatalogue extra;
     QLocale::setDefault(QLocale{QStringLiteral("de_AT")});
     app::installStartupTranslator(*qApp);
     QCOMPARE(shownForConnected(), QStringLiteral("Подключено"));
@@ -164,7 +150,7 @@ void tst_StartupTranslator::wholeLocaleNameComesFirst()
 
 void tst_StartupTranslator::storedTagComesBeforeWholeLocaleName()
 {
-    const ExtraCatalogue extra{QStringLiteral("de_AT")};
+    const ExtraCatalogue extra;
     QSettings{}.setValue(languageKey, QStringLiteral("de"));
     QLocale::setDefault(QLocale{QStringLiteral("de_AT")});
     app::installStartupTranslator(*qApp);

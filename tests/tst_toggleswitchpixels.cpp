@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QRadialGradient>
 #include <QTest>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>

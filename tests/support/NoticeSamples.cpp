@@ -1,5 +1,7 @@
 #include "tests/support/NoticeSamples.h"
 
+#include "tests/support/System.h"
+
 #include <QAccessible>
 #include <QApplication>
 #include <QBuffer>
@@ -14,9 +16,6 @@
 #include <QMimeData>
 #include <QTest>
 #include <QTextDocument>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace support {
 
@@ -111,7 +110,7 @@ void changeAppearance(QWidget *widget)
 void bait::layOut()
 {
     const QDir place{QString::fromLatin1(folder)};
-    QDir::root().mkpath(place.path());
+    QDir{}.mkpath(place.path());
     picture().save(place.filePath(QStringLiteral("picture.png")));
     QFile style{place.filePath(QStringLiteral("style.css"))};
     if (!style.open(QIODevice::WriteOnly)) {
@@ -119,10 +118,7 @@ void bait::layOut()
     }
     style.write("p, td, span { color: #ff00ff; background-color: #ff00ff; }");
 
-    const QByteArray pipe = place.filePath(QStringLiteral("pipe")).toLocal8Bit();
-    if (mkfifo(pipe.constData(), 0600) != 0 || open(pipe.constData(), O_RDWR) < 0) {
-        qFatal("No pipe");
-    }
+    system::makeSilentPipe(place.filePath(QStringLiteral("pipe")));
 }
 
 QList<NoticeSample> hostileNotices()

@@ -24,7 +24,8 @@ namespace bait {
 constexpr char folder[] = "/tmp/bait";
 constexpr unsigned colour = 0xffff00ffU;
 
-/// Puts everything in place; the pipe is not held up by a missing writer.
+/// Puts everything in place; the pipe, where files can be pipes, is not held up by a missing
+/// writer.
 void layOut();
 
 } // namespace bait

@@ -29,8 +29,10 @@ PlantedCatalogues::PlantedCatalogues()
     };
     for (const QString &path : places) {
         const QString file = place.filePath(path);
-        QDir{}.mkpath(QFileInfo{file}.path());
-        if (!QFile::copy(ui::catalogue::path(QStringLiteral("ru")), file)) {
+        const bool possible = QDir{}.mkpath(QFileInfo{file}.path()) &&
+                              QFile::copy(ui::catalogue::path(QStringLiteral("ru")), file);
+        // Not every system has colons in names.
+        if (!possible && !path.contains(QLatin1Char{':'})) {
             qFatal("Cannot plant %s", qPrintable(file));
         }
     }

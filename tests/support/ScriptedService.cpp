@@ -1,6 +1,7 @@
 #include "tests/support/ScriptedService.h"
 
 #include "ipc/Protocol.h"
+#include "tests/support/System.h"
 
 #include <QDeadlineTimer>
 #include <QHostAddress>
@@ -10,21 +11,7 @@
 
 #include <algorithm>
 
-#include <sys/socket.h>
-
 namespace support {
-
-namespace {
-
-// Without lingering, closing a socket sends a reset.
-void resetOnClose(const QTcpSocket &socket)
-{
-    const linger none = {1, 0};
-    setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER, &none,
-               sizeof none);
-}
-
-} // namespace
 
 ScriptedService::ScriptedService()
     : server(std::make_unique<QTcpServer>())
@@ -84,7 +71,7 @@ void ScriptedService::close()
 
 void ScriptedService::reset()
 {
-    resetOnClose(*newest());
+    system::resetOnClose(*newest());
     newest()->abort();
 }
 
@@ -108,7 +95,7 @@ void ScriptedService::onNewConnection()
         if (resetting) {
             // A client on the same thread must see its connection before it sees the reset.
             QTimer::singleShot(0, socket, [socket] {
-                resetOnClose(*socket);
+                system::resetOnClose(*socket);
                 socket->abort();
             });
         }

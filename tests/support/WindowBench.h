@@ -65,7 +65,8 @@ public:
 
     /// The link came up, again if need be, and the greeting has arrived; forgets the greeting.
     [[nodiscard]] bool greeted();
-    /// The service ends, and the window has noticed.
+    /// The service ends, having read all that was sent, and the window has noticed. What was sent
+    /// is forgotten.
     [[nodiscard]] bool loseLink();
 
     /// Sends lines at once and waits until the window has dealt with all of them.

@@ -1,0 +1,214 @@
+#include "tests/support/WindowBench.h"
+#include "ui/MenuItem.h"
+#include "ui/NoticeDialog.h"
+#include "ui/ReferralDialog.h"
+#include "ui/SettingsDialog.h"
+#include "ui/SideMenu.h"
+#include "ui/SupportDialog.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QSettings>
+#include <QTest>
+#include <QToolButton>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+/// A widget and where it is in its window.
+struct Place
+{
+    QString name;
+    QRect rect;
+};
+
+QString nameOf(const QWidget *widget)
+{
+    const QString type = QString::fromLatin1(widget->metaObject()->className());
+    return widget->objectName().isEmpty() ? type : type + QLatin1Char{'#'} + widget->objectName();
+}
+
+/// The widget and all visible ones in it, one level of indentation for each generation.
+void collect(QWidget *widget, int depth, QList<Place> &places)
+{
+    places.append({QString{depth * 2, QLatin1Char{' '}} + nameOf(widget),
+                   {widget->mapTo(widget->window(), {}), widget->size()}});
+    for (QObject *object : widget->children()) {
+        auto *const child = qobject_cast<QWidget *>(object);
+        if (child != nullptr && !child->isWindow() && child->isVisible()) {
+            collect(child, depth + 1, places);
+        }
+    }
+}
+
+QList<Place> placesOf(QWidget *widget)
+{
+    // The layouts are in force only then.
+    widget->grab();
+    QList<Place> places;
+    collect(widget, 0, places);
+    return places;
+}
+
+QByteArray listed(const QList<Place> &places)
+{
+    QByteArray text;
+    for (const Place &place : places) {
+        text += QStringLiteral("%1 %2 %3 %4 %5\n")
+                    .arg(place.name)
+                    .arg(place.rect.x())
+                    .arg(place.rect.y())
+                    .arg(place.rect.width())
+                    .arg(place.rect.height())
+                    .toLatin1();
+    }
+    return text;
+}
+
+QByteArray reference(const QString &page)
+{
+    QFile file{QFINDTESTDATA("references/layout") + QLatin1Char{'/'} + page};
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
+}
+
+QList<Place> parse(const QByteArray &text)
+{
+    QList<Place> places;
+    for (const QByteArray &line : text.split('\n')) {
+        QStringList words = QString::fromLatin1(line).split(QLatin1Char{' '});
+        if (words.size() < 5) {
+            continue;
+        }
+        const auto number = [&words] { return words.takeLast().toInt(); };
+        const int height = number();
+        const int width = number();
+        const int y = number();
+        const int x = number();
+        places.append({words.join(QLatin1Char{' '}), {x, y, width, height}});
+    }
+    return places;
+}
+
+/// The same font is drawn by other means on other systems: a line is up to three pixels lower or
+/// higher, and with each line the difference grows.
+bool isAlike(const Place &found, const Place &expected)
+{
+    constexpr int ofALine = 3;
+    constexpr int ofAColumn = 12;
+    constexpr int ofAText = 10;
+    const QRect &a = found.rect;
+    const QRect &b = expected.rect;
+    const auto within = [](int some, int other, int limit) {
+        return std::abs(some - other) <= limit;
+    };
+    return found.name == expected.name && within(a.x(), b.x(), ofALine) &&
+           within(a.y(), b.y(), ofAColumn) && within(a.width(), b.width(), ofAText) &&
+           within(a.height(), b.height(), ofAColumn);
+}
+
+/// What no text has a say in.
+bool isFixed(const Place &place)
+{
+    const QString name = place.name.trimmed();
+    return name == QLatin1String{"MainWindow"} || name == QLatin1String{"ui::ToggleSwitch"} ||
+           name == QLatin1String{"ui::SideMenu"} || name == QLatin1String{"ui::SettingsDialog"} ||
+           name == QLatin1String{"ui::SupportDialog"} || place.rect.height() == 1;
+}
+
+} // namespace
+
+/// Where every widget of every page is: the same on every system but for what the drawing of
+/// letters changes.
+class tst_Layout : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void mainScreen();
+    void menu();
+    void settings();
+    void support();
+    void referral();
+    void notice();
+
+private:
+    static void check(const QString &page, QWidget *widget);
+};
+
+void tst_Layout::initTestCase()
+{
+    support::WindowBench::resetWorld();
+    QSettings{}.setValue(QStringLiteral("referral_code"), QStringLiteral("ABC123"));
+    QApplication::setFont(QFont{QStringLiteral("DejaVu Sans"), 9});
+}
+
+void tst_Layout::check(const QString &page, QWidget *widget)
+{
+    const QList<Place> found = placesOf(widget);
+    const QByteArray text = listed(found);
+    const QByteArray known = reference(page);
+    if (QGuiApplication::platformName() == QLatin1String{"offscreen"}) {
+        QVERIFY2(text == known, text.constData());
+        return;
+    }
+    const QList<Place> expected = parse(known);
+    QVERIFY2(!expected.isEmpty() && found.size() == expected.size(), text.constData());
+    for (int i = 0; i < found.size(); ++i) {
+        const Place &place = found.at(i);
+        const Place &model = expected.at(i);
+        QVERIFY2(isAlike(place, model) &&
+                     (!isFixed(model) || place.rect.size() == model.rect.size()),
+                 (listed({place}) + "instead of\n" + listed({model})).constData());
+    }
+}
+
+void tst_Layout::mainScreen()
+{
+    const support::WindowBench bench{support::WindowBench::Service::IsAway};
+    check(QStringLiteral("main"), bench.window.get());
+}
+
+void tst_Layout::menu()
+{
+    const support::WindowBench bench{support::WindowBench::Service::IsAway};
+    bench.menuButton()->click();
+    const auto rows = bench.sideMenu()->findChildren<ui::MenuItem *>();
+    QTRY_COMPARE(rows.constFirst()->mapTo(bench.sideMenu(), QPoint{}).x(), 0);
+    check(QStringLiteral("menu"), bench.sideMenu());
+}
+
+void tst_Layout::settings()
+{
+    const support::WindowBench bench{support::WindowBench::Service::IsAway};
+    bench.settingsPage()->openPage(QStringLiteral("en"));
+    check(QStringLiteral("settings"), bench.settingsPage());
+}
+
+void tst_Layout::support()
+{
+    const support::WindowBench bench{support::WindowBench::Service::IsAway};
+    auto *const page = bench.window->findChild<ui::SupportDialog *>();
+    page->openPage();
+    check(QStringLiteral("support"), page);
+}
+
+void tst_Layout::referral()
+{
+    ui::ReferralDialog dialog{nullptr};
+    dialog.show();
+    check(QStringLiteral("referral"), &dialog);
+}
+
+void tst_Layout::notice()
+{
+    ui::NoticeDialog dialog{QStringLiteral("Hello"), nullptr};
+    dialog.show();
+    check(QStringLiteral("notice"), &dialog);
+}
+
+QTEST_MAIN(tst_Layout)
+
+#include "tst_layout.moc"
