@@ -174,6 +174,7 @@ private Q_SLOTS:
     void receiverWithEventLoop();
     void lossWhileLinesWaitBehindAReceiver();
     void floodLeavesRoomForOthers();
+    void endlessLineLeavesRoomForOthers();
     void floodBeforeTheLoss();
     void dialogInTheFloodBeforeTheLoss_data();
     void dialogInTheFloodBeforeTheLoss();
@@ -865,6 +866,39 @@ void tst_ServiceClient::floodLeavesRoomForOthers()
     QVERIFY(isFlood(link.events));
     QCOMPARE(link.events.mid(floodLines), QStringList{QStringLiteral("end")});
     QVERIFY(longest < floodLines / 10);
+}
+
+// The whole of it is kept, and looked through for its end again with every portion.
+void tst_ServiceClient::endlessLineLeavesRoomForOthers()
+{
+    constexpr int portions = 64;
+    const QByteArray portion(1024 * 1024, 'x');
+    ScriptedService service;
+    WatchedClient link;
+    QVERIFY(establish(service, link));
+    int unserved = 0;
+    int longest = 0;
+    int readings = 0;
+    connect(link.socket, &QTcpSocket::readyRead, this, [&] {
+        ++readings;
+        longest = std::max(longest, ++unserved);
+    });
+    QTimer others;
+    connect(&others, &QTimer::timeout, this, [&] { unserved = 0; });
+    others.start(0);
+    for (int i = 0; i < portions; ++i) {
+        service.write(portion);
+    }
+    TRY_COMPARE(link.socket->bytesAvailable(), portions * portion.size());
+    QVERIFY(link.events.isEmpty());
+    QVERIFY(readings > portions);
+    QVERIFY(longest < readings / 10);
+
+    service.write("\nstatus: running\n");
+    TRY_COMPARE(link.events.size(), 2);
+    QCOMPARE(link.events.first().size(), portions * portion.size());
+    QCOMPARE(link.events.last(), QStringLiteral("status: running"));
+    QCOMPARE(link.socket->bytesAvailable(), 0);
 }
 
 void tst_ServiceClient::floodBeforeTheLoss()

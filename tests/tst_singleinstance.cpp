@@ -77,6 +77,8 @@ private Q_SLOTS:
     void staleChannelIsReplaced();
     void takenNamesAreStepped_data();
     void takenNamesAreStepped();
+    void otherUsersReachNoChannel_data();
+    void otherUsersReachNoChannel();
     void laxPermissionsAreMended();
     void withoutAnyPlaceTheStartGoesOn();
 
@@ -348,6 +350,45 @@ void tst_SingleInstance::takenNamesAreStepped()
     QVERIFY(isOwnFolder(sharedFolder(QStringLiteral("-2"))));
     SingleInstance later;
     QVERIFY(!later.claim());
+}
+
+void tst_SingleInstance::otherUsersReachNoChannel_data()
+{
+    QTest::addColumn<bool>("shared");
+    QTest::newRow("in the log-in manager's folder") << false;
+    QTest::newRow("in the shared folder") << true;
+}
+
+// The same command as the client's own user shows the window.
+void tst_SingleInstance::otherUsersReachNoChannel()
+{
+    QFETCH(bool, shared);
+    if (geteuid() != 0) {
+        QSKIP("Only root can play another user");
+    }
+    if (shared) {
+        moveToSharedFolder();
+    }
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+
+    const QString folder = shared ? sharedFolder() : loginFolder() + QStringLiteral("/ixovpn");
+    const auto askAs = [&folder](const char *user) {
+        return QProcess::execute(
+            QStringLiteral("setpriv"),
+            {QStringLiteral("--reuid"), QString::fromLatin1(user), QStringLiteral("--clear-groups"),
+             QStringLiteral("perl"), QStringLiteral("-MSocket"), QStringLiteral("-e"),
+             QStringLiteral("socket(S, AF_UNIX, SOCK_DGRAM, 0) or exit 3; exit(defined send(S, "
+                            "\"show\\n\\n\\n\", 0, pack_sockaddr_un(shift)) ? 0 : 1)"),
+             folder + QStringLiteral("/show")});
+    };
+    QCOMPARE(askAs("1"), 1);
+    QCoreApplication::processEvents();
+    QVERIFY(!window.isVisible());
+    QCOMPARE(askAs("0"), 0);
+    QTRY_VERIFY(window.isVisible());
 }
 
 void tst_SingleInstance::laxPermissionsAreMended()

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QScopeGuard>
@@ -52,6 +53,7 @@ private Q_SLOTS:
     void outputPlace_data();
     void outputPlace();
     void olderFileIsReplaced();
+    void linkAtItsPlace();
     void unwritablePlace_data();
     void unwritablePlace();
     void encodingIsTheToolkitsForTheLocale_data();
@@ -238,6 +240,19 @@ void tst_SelfTest::olderFileIsReplaced()
     older.close();
     QCOMPARE(run({localeOption, QStringLiteral("de_DE")}), well);
     QCOMPARE(contents(path(defaultOutput)), report("de_DE", "Verbunden", "Getrennt"));
+}
+
+// A link is followed, as by every program that is told where to write.
+void tst_SelfTest::linkAtItsPlace()
+{
+    QFile target{path(QStringLiteral("target"))};
+    QVERIFY(target.open(QIODevice::WriteOnly));
+    target.write(QByteArray{10'000, 'x'});
+    target.close();
+    QVERIFY(target.link(path(defaultOutput)));
+    QCOMPARE(run({localeOption, QStringLiteral("de_DE")}), well);
+    QVERIFY(QFileInfo{path(defaultOutput)}.isSymLink());
+    QCOMPARE(contents(target.fileName()), report("de_DE", "Verbunden", "Getrennt"));
 }
 
 void tst_SelfTest::unwritablePlace_data()

@@ -1,0 +1,141 @@
+#include "tests/support/ScriptedService.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+#include <unistd.h>
+
+using support::ScriptedService;
+
+namespace {
+
+// A service of another user: it lets the first client in, prints what the client says up to its
+// question for the status, answers, and prints whatever else comes until the client is gone.
+constexpr char strangersService[] = R"(
+socket(L, AF_INET, SOCK_STREAM, 0) or die;
+setsockopt(L, SOL_SOCKET, SO_REUSEADDR, 1);
+bind(L, pack_sockaddr_in(47652, INADDR_LOOPBACK)) or die;
+listen(L, 1); $| = 1; print "ready\n";
+accept(C, L) or die;
+while (<C>) {
+    print;
+    if (/"status"/) { syswrite C, "status: running\nhello\nerror: {}\nset-lang\n\n"; shutdown C, 1; }
+}
+)";
+
+} // namespace
+
+/// The real program beside others who mean it no good.
+class tst_Neighbours : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void strangerOnThePort();
+    void oddSurroundings_data();
+    void oddSurroundings();
+
+private:
+    std::unique_ptr<QProcess> startClient() const;
+
+    std::unique_ptr<QTemporaryDir> place;
+    QProcessEnvironment environment;
+};
+
+void tst_Neighbours::init()
+{
+    place = std::make_unique<QTemporaryDir>();
+    environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), place->path());
+    const QString folder = place->filePath(QStringLiteral(".config/IXOVPN"));
+    QDir{}.mkpath(folder);
+    QFile file{folder + QStringLiteral("/IxoClient.conf")};
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[General]\nlanguage=de\nreferral_code=ABC123\n");
+}
+
+std::unique_ptr<QProcess> tst_Neighbours::startClient() const
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(environment);
+    process->setProcessChannelMode(QProcess::ForwardedChannels);
+    process->start(QStringLiteral(IXOVPN_CLIENT), {});
+    return process;
+}
+
+// Who has the port is the service: language and referral code are all that it learns, and nothing
+// that it says makes the client say more.
+void tst_Neighbours::strangerOnThePort()
+{
+    if (geteuid() != 0) {
+        QSKIP("Only root can play another user");
+    }
+    QProcess stranger;
+    stranger.start(QStringLiteral("setpriv"),
+                   {QStringLiteral("--reuid=1"), QStringLiteral("--clear-groups"),
+                    QStringLiteral("perl"), QStringLiteral("-MSocket"), QStringLiteral("-e"),
+                    QString::fromLatin1(strangersService)});
+    QTRY_VERIFY_WITH_TIMEOUT(stranger.canReadLine(), 60'000);
+    QCOMPARE(stranger.readLine(), QByteArray{"ready\n"});
+    const std::unique_ptr<QProcess> client = startClient();
+    // The client closes its end once it has read to the end of the stranger's.
+    QTRY_COMPARE_WITH_TIMEOUT(stranger.state(), QProcess::NotRunning, 60'000);
+    QCOMPARE(stranger.exitCode(), 0);
+    QCOMPARE(stranger.readAll(), QByteArray{R"({"cmd":"set-lang","lang":"de"})"
+                                            "\n"
+                                            R"({"cmd":"set-referral","code":"ABC123"})"
+                                            "\n"
+                                            R"({"cmd":"status"})"
+                                            "\n"});
+    QCOMPARE(client->state(), QProcess::Running);
+    client->kill();
+    client->waitForFinished(-1);
+}
+
+void tst_Neighbours::oddSurroundings_data()
+{
+    QTest::addColumn<QByteArray>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("no such style") << QByteArray{"QT_STYLE_OVERRIDE"} << QStringLiteral("none");
+    QTest::newRow("no such theme") << QByteArray{"QT_QPA_PLATFORMTHEME"} << QStringLiteral("none");
+    QTest::newRow("plug-ins that are none") << QByteArray{"QT_PLUGIN_PATH"} << QStringLiteral("$P");
+    QTest::newRow("no such scale") << QByteArray{"QT_SCALE_FACTOR"} << QStringLiteral("x");
+    QTest::newRow("no such input method") << QByteArray{"QT_IM_MODULE"} << QStringLiteral("none");
+}
+
+// Who sets these is the user, and may load what he likes. What makes no sense is passed over.
+void tst_Neighbours::oddSurroundings()
+{
+    QFETCH(QByteArray, variable);
+    QFETCH(QString, value);
+    const QString plugins = place->filePath(QStringLiteral("plugins"));
+    for (const char *kind : {"platforms", "styles", "platformthemes", "imageformats"}) {
+        const QString folder = plugins + QLatin1Char{'/'} + QString::fromLatin1(kind);
+        QVERIFY(QDir{}.mkpath(folder));
+        for (const char *name : {"/libqoffscreen.so", "/libqico.so", "/libjunk.so"}) {
+            QFile file{folder + QString::fromLatin1(name)};
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("\x7f"
+                       "ELF, or so it says");
+        }
+    }
+    environment.insert(QString::fromLatin1(variable), value.replace(QStringLiteral("$P"), plugins));
+    ScriptedService service;
+    service.listen();
+    const std::unique_ptr<QProcess> client = startClient();
+    QTRY_VERIFY_WITH_TIMEOUT(service.lines().contains(R"({"cmd":"status"})"), 60'000);
+    QCOMPARE(client->state(), QProcess::Running);
+    client->kill();
+    client->waitForFinished(-1);
+}
+
+QTEST_GUILESS_MAIN(tst_Neighbours)
+
+#include "tst_neighbours.moc"
