@@ -46,7 +46,7 @@ constexpr std::size_t longestInput = 4096;
 constexpr int mostNotices = 24;
 constexpr char mark = '\x1e';
 
-constexpr std::size_t pairsOfLines = DisplayModel::lineKinds * DisplayModel::lineKinds;
+constexpr int pairsOfLines = DisplayModel::lineKinds * DisplayModel::lineKinds;
 __attribute__((section("__libfuzzer_extra_counters"))) std::array<std::uint8_t, pairsOfLines> pairs;
 
 QString name(DisplayModel::State state)
@@ -225,8 +225,8 @@ void Player::check()
         fuzz::inspectNotice(*notice, model.notices.at(noticesClosed));
         inspected = true;
     }
-    ++pairs.at(
-        static_cast<std::size_t>(model.kindBefore * DisplayModel::lineKinds + model.lastKind));
+    const int pair = model.kindBefore * DisplayModel::lineKinds + model.lastKind;
+    ++pairs.at(static_cast<std::size_t>(pair));
 }
 
 void Player::act(char letter)

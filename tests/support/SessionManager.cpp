@@ -150,7 +150,7 @@ SessionManager::~SessionManager() = default;
 QString SessionManager::address() const
 {
     char *const list = IceComposeNetworkIdList(d->places, d->listeners);
-    const QString address = QString::fromLocal8Bit(list);
+    QString address = QString::fromLocal8Bit(list);
     std::free(list);
     return address;
 }
