@@ -110,7 +110,13 @@ private:
                                          std::free(properties);
                                      },
                                      manager};
-        callbacks->delete_properties = {[](SmsConn, SmPointer, int, char **) {}, manager};
+        callbacks->delete_properties = {[](SmsConn, SmPointer, int count, char **names) {
+                                            for (int i = 0; i < count; ++i) {
+                                                std::free(names[i]);
+                                            }
+                                            std::free(names);
+                                        },
+                                        manager};
         callbacks->get_properties = {
             [](SmsConn asking, SmPointer) { SmsReturnProperties(asking, 0, nullptr); }, manager};
         return 1;
@@ -122,7 +128,9 @@ private:
             std::free(previousId);
             return 0;
         }
-        SmsRegisterClientReply(client, SmsGenerateClientID(client));
+        char *const id = SmsGenerateClientID(client);
+        SmsRegisterClientReply(client, id);
+        std::free(id);
         // So the protocol wants it.
         SmsSaveYourself(client, SmSaveLocal, False, SmInteractStyleNone, False);
         return 1;
