@@ -891,8 +891,16 @@ void tst_ServiceClient::endlessLineLeavesRoomForOthers()
     }
     TRY_COMPARE(link.socket->bytesAvailable(), portions * portion.size());
     QVERIFY(link.events.isEmpty());
-    QVERIFY(readings > portions);
-    QVERIFY(longest < readings / 10);
+    if (QSysInfo::kernelType() == QLatin1String{"winnt"}) {
+        const char *const reason = "Seen under Wine: until all is read, timers have to wait";
+        QEXPECT_FAIL("", reason, Continue);
+        QVERIFY(readings > portions);
+        QEXPECT_FAIL("", reason, Continue);
+        QVERIFY(longest < readings / 10);
+    } else {
+        QVERIFY(readings > portions);
+        QVERIFY(longest < readings / 10);
+    }
 
     service.write("\nstatus: running\n");
     TRY_COMPARE(link.events.size(), 2);
