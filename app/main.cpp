@@ -4,6 +4,7 @@
 #include "app/PlainDrawing.h"
 #include "app/ScreenScale.h"
 #include "app/SelfTest.h"
+#include "app/SessionEnd.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
 #include "app/Windowless.h"
@@ -25,14 +26,12 @@ int main(int argc, char *argv[])
         app::allowMissingDisplay();
     }
 
-    // It closes the windows at the end of a session, and ours, which only hides, would call that
-    // off.
-    QGuiApplication::setFallbackSessionManagementEnabled(false);
     const app::OrderlyFailure orderlyFailure;
     std::optional<app::PlainDrawing> plainDrawing{std::in_place};
     std::optional<app::ScreenScale> screenScale{std::in_place};
     QApplication application{argc, argv};
     screenScale.reset();
+    const app::SessionEnd sessionEnd{application};
     app::setIdentity();
     const QStringList arguments = QCoreApplication::arguments();
     if (selfTest && app::selftest::hasLocale(arguments)) {

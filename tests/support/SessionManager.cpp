@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <vector>
@@ -19,6 +20,8 @@ public:
     explicit Private(QObject *context)
         : owner(context)
     {
+        // The usual handler ends this process when a program has gone without a word.
+        IceSetIOErrorHandler([](IceConn) {});
         std::array<char, 256> error = {};
         char vendor[] = "tests";
         char release[] = "1";
@@ -52,6 +55,7 @@ public:
     int places = 0;
     IceListenObj *listeners = nullptr;
     std::vector<SmsConn> clients;
+    int joined = 0;
     bool leaving = false;
     bool cancelled = false;
 
@@ -68,22 +72,36 @@ private:
         }
         auto *const notifier =
             new QSocketNotifier{IceConnectionNumber(connection), QSocketNotifier::Read, owner};
-        QObject::connect(notifier, &QSocketNotifier::activated, owner, [connection, notifier] {
-            const IceProcessMessagesStatus read = IceProcessMessages(connection, nullptr, nullptr);
-            if (read != IceProcessMessagesSuccess) {
-                notifier->setEnabled(false);
-                notifier->deleteLater();
-            }
-            if (read == IceProcessMessagesIOError) {
-                IceSetShutdownNegotiation(connection, False);
-                IceCloseConnection(connection);
-            }
-        });
+        QObject::connect(notifier, &QSocketNotifier::activated, owner,
+                         [this, connection, notifier] {
+                             const IceProcessMessagesStatus read =
+                                 IceProcessMessages(connection, nullptr, nullptr);
+                             if (read != IceProcessMessagesSuccess) {
+                                 notifier->setEnabled(false);
+                                 notifier->deleteLater();
+                             }
+                             if (read == IceProcessMessagesIOError) {
+                                 forget(connection);
+                             }
+                         });
     }
 
-    static Status onNewClient(SmsConn /*client*/, SmPointer manager, unsigned long *mask,
+    void forget(IceConn connection)
+    {
+        const auto gone =
+            std::stable_partition(clients.begin(), clients.end(), [connection](SmsConn client) {
+                return SmsGetIceConnection(client) != connection;
+            });
+        std::for_each(gone, clients.end(), &SmsCleanUp);
+        clients.erase(gone, clients.end());
+        IceSetShutdownNegotiation(connection, False);
+        IceCloseConnection(connection);
+    }
+
+    static Status onNewClient(SmsConn client, SmPointer manager, unsigned long *mask,
                               SmsCallbacks *callbacks, char ** /*refusal*/)
     {
+        self(manager)->clients.push_back(client);
         *mask = SmsRegisterClientProcMask | SmsInteractRequestProcMask | SmsInteractDoneProcMask |
                 SmsSaveYourselfRequestProcMask | SmsSaveYourselfP2RequestProcMask |
                 SmsSaveYourselfDoneProcMask | SmsCloseConnectionProcMask |
@@ -101,7 +119,10 @@ private:
             [](SmsConn asking, SmPointer) { SmsSaveYourselfPhase2(asking); }, manager};
         callbacks->save_yourself_done = {&Private::onSaved, manager};
         callbacks->close_connection = {
-            [](SmsConn, SmPointer, int count, char **reasons) { SmFreeReasons(count, reasons); },
+            [](SmsConn leaving, SmPointer data, int count, char **reasons) {
+                SmFreeReasons(count, reasons);
+                self(data)->forget(SmsGetIceConnection(leaving));
+            },
             manager};
         callbacks->set_properties = {[](SmsConn, SmPointer, int count, SmProp **properties) {
                                          for (int i = 0; i < count; ++i) {
@@ -140,7 +161,7 @@ private:
     {
         if (!self(manager)->leaving) {
             SmsSaveComplete(client);
-            self(manager)->clients.push_back(client);
+            ++self(manager)->joined;
         } else if (!self(manager)->cancelled) {
             SmsDie(client);
         } else {
@@ -165,7 +186,7 @@ QString SessionManager::address() const
 
 int SessionManager::members() const
 {
-    return static_cast<int>(d->clients.size());
+    return d->joined;
 }
 
 void SessionManager::logOut()
