@@ -1,3 +1,4 @@
+#include "tests/support/Client.h"
 #include "tests/support/ClientSession.h"
 #include "tests/support/SessionManager.h"
 #include "tests/support/TrayHost.h"
@@ -6,30 +7,12 @@
 
 #include <memory>
 
+using support::clientProgram;
 using support::ClientSession;
-using support::Desktop;
+using support::clientTitle;
 using support::SessionManager;
 using support::TrayHost;
 using support::waitFor;
-
-namespace {
-
-QString title()
-{
-    return QStringLiteral("IXOVPN");
-}
-
-QString client()
-{
-    return QStringLiteral(IXOVPN_CLIENT);
-}
-
-QString busOf(const Desktop &desktop)
-{
-    return desktop.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
-}
-
-} // namespace
 
 /// The real program in a desktop session that changes around it: trays that go and come back, and
 /// the user who logs out.
@@ -55,7 +38,7 @@ private:
 bool tst_DesktopSession::hides(ClientSession &session)
 {
     session.close(session.window);
-    return waitFor([&] { return session.visibleWindows(title()).isEmpty(); }) &&
+    return waitFor([&] { return session.visibleWindows(clientTitle()).isEmpty(); }) &&
            session.client->state() == QProcess::Running;
 }
 
@@ -76,7 +59,7 @@ bool tst_DesktopSession::comesBackByIcon(ClientSession &session)
     if (found) {
         session.click(icon);
     }
-    return found && waitFor([&] { return session.visibleWindows(title()).size() == 1; });
+    return found && waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; });
 }
 
 QProcess *tst_DesktopSession::startTrayer(ClientSession &session)
@@ -88,7 +71,7 @@ QProcess *tst_DesktopSession::startTrayer(ClientSession &session)
 
 void tst_DesktopSession::embeddingTrayRestarted()
 {
-    ClientSession session{client()};
+    ClientSession session;
     QProcess *const trayer = startTrayer(session);
     QVERIFY(session.startClient());
     QVERIFY(hides(session));
@@ -101,31 +84,31 @@ void tst_DesktopSession::embeddingTrayRestarted()
 
 void tst_DesktopSession::busTrayRestarted()
 {
-    ClientSession session{client()};
+    ClientSession session;
     session.startSessionBus();
-    auto host = std::make_unique<TrayHost>(busOf(session));
+    auto host = std::make_unique<TrayHost>(session.environment());
     QVERIFY(hidesIn(*host, session));
 
     host.reset();
-    host = std::make_unique<TrayHost>(busOf(session));
+    host = std::make_unique<TrayHost>(session.environment());
     QVERIFY(waitFor([&] { return host->items().size() == 1; }));
     host->click(host->items().first());
-    QVERIFY(waitFor([&] { return session.visibleWindows(title()).size() == 1; }));
+    QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
     QVERIFY(hides(session));
 }
 
 // Then only a second start could bring a hidden window back, so closing ends the program.
 void tst_DesktopSession::trayGoneForGood()
 {
-    ClientSession session{client()};
+    ClientSession session;
     session.startSessionBus();
-    auto host = std::make_unique<TrayHost>(busOf(session));
+    auto host = std::make_unique<TrayHost>(session.environment());
     QVERIFY(hidesIn(*host, session));
     host.reset();
 
-    QCOMPARE(session.run(client()).exitCode, 0);
-    QVERIFY(waitFor([&] { return session.visibleWindows(title()).size() == 1; }));
-    session.close(session.visibleWindows(title()).first());
+    QCOMPARE(session.run(clientProgram()).exitCode, 0);
+    QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
+    session.close(session.visibleWindows(clientTitle()).first());
     QVERIFY(waitFor([&] { return session.client->state() == QProcess::NotRunning; }));
     QCOMPARE(session.client->exitStatus(), QProcess::NormalExit);
     QCOMPARE(session.client->exitCode(), 0);
@@ -146,7 +129,7 @@ void tst_DesktopSession::logOut()
     QFETCH(bool, tray);
     QFETCH(bool, hidden);
     SessionManager manager;
-    ClientSession session{client()};
+    ClientSession session;
     session.setVariable(QStringLiteral("SESSION_MANAGER"), manager.address());
     if (tray) {
         startTrayer(session);

@@ -17,11 +17,6 @@ namespace {
 
 constexpr int hugeValue = 10'000'000;
 
-QString client()
-{
-    return QStringLiteral(IXOVPN_CLIENT);
-}
-
 } // namespace
 
 /// The real program with settings that cannot be written, or that no client has written.
@@ -74,7 +69,7 @@ void tst_OddSettings::storeThatCannotBeWritten()
     const auto shell = [](const Desktop &desktop, const QString &command) {
         return desktop.run(QStringLiteral("sh"), {QStringLiteral("-c"), command}).exitCode;
     };
-    ClientSession session{client()};
+    ClientSession session;
     QDir::root().mkpath(home);
     QCOMPARE(shell(session, QStringLiteral("mount -t tmpfs -o size=1m none ") + home), 0);
     const StoredSettings store = StoredSettings::ofClient(home);
@@ -133,7 +128,7 @@ void tst_OddSettings::oddValues()
     QFETCH(QByteArray, tag);
     StoredSettings::ofClient().fill(lines);
     StoredSettings::ofService().fill(lines + "client_id=1, 2, 3\n");
-    ClientSession session{client()};
+    ClientSession session;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     QCOMPARE(session.service.lines(), (QList{setLanguage(tag), askStatus()}));
@@ -149,7 +144,7 @@ void tst_OddSettings::hugeValues()
     const QByteArray huge(hugeValue, 'a');
     StoredSettings::ofClient().fill("language=" + huge + "\nreferral_code=" + huge + '\n');
     StoredSettings::ofService().fill("client_id=" + huge + '\n');
-    ClientSession session{client()};
+    ClientSession session;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     QVERIFY(session.service.lines() == (QList{setLanguage(huge), askStatus()}));

@@ -1,8 +1,10 @@
+#include "tests/support/Client.h"
 #include "tests/support/Desktop.h"
 
 #include <QFile>
 #include <QTest>
 
+using support::clientProgram;
 using support::Desktop;
 using support::waitFor;
 
@@ -21,7 +23,7 @@ private:
 
 QByteArray tst_OpenGl::loadedBy(Desktop &desktop)
 {
-    const QProcess *const client = desktop.start(QStringLiteral(IXOVPN_CLIENT));
+    const QProcess *const client = desktop.start(clientProgram());
     if (!waitFor([&] { return !desktop.visibleWindows(QStringLiteral("IXOVPN")).isEmpty(); })) {
         return {};
     }

@@ -1,4 +1,5 @@
 #include "app/Identity.h"
+#include "tests/support/Client.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/ScreenReader.h"
 #include "tests/support/ScriptedService.h"
@@ -16,6 +17,7 @@
 #include <functional>
 #include <memory>
 
+using support::clientProgram;
 using support::Desktop;
 using support::ScreenReader;
 using support::ScriptedService;
@@ -173,7 +175,7 @@ void tst_ScreenReader::startClient(const QString &tag)
     QSettings settings;
     settings.setValue(QStringLiteral("language"), tag);
     settings.sync();
-    client = desktop->start(QStringLiteral(IXOVPN_CLIENT));
+    client = desktop->start(clientProgram());
     QVERIFY(isThere());
     QVERIFY(waitFor([this] { return service->lines().contains(R"({"cmd":"status"})"); }));
     service->clear();

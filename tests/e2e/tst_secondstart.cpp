@@ -1,3 +1,4 @@
+#include "tests/support/Client.h"
 #include "tests/support/Desktop.h"
 
 #include <QFile>
@@ -16,6 +17,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using support::clientProgram;
+using support::clientTitle;
 using support::Desktop;
 using support::waitFor;
 using WindowManager = Desktop::WindowManager;
@@ -25,16 +28,6 @@ namespace {
 constexpr int rounds = 50;
 constexpr int startsPerRound = 20;
 constexpr quint16 servicePort = 47652;
-
-QString client()
-{
-    return QStringLiteral(IXOVPN_CLIENT);
-}
-
-QString title()
-{
-    return QStringLiteral("IXOVPN");
-}
 
 QProcessEnvironment withoutDisplay()
 {
@@ -49,9 +42,9 @@ std::unique_ptr<QProcess> startClient(const QProcessEnvironment &environment,
     auto process = std::make_unique<QProcess>();
     process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process->setProcessEnvironment(environment);
-    process->start(client(), arguments);
+    process->start(clientProgram(), arguments);
     if (!process->waitForStarted(-1)) {
-        qFatal("%s cannot be started", IXOVPN_CLIENT);
+        qFatal("%s cannot be started", qPrintable(clientProgram()));
     }
     return process;
 }
@@ -170,9 +163,9 @@ void tst_SecondStart::startAfterOrderlyEnd()
 {
     Desktop desktop;
     for (int i = 0; i < 3; ++i) {
-        QProcess *const first = desktop.start(client());
-        QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
-        desktop.close(desktop.windows(title()).first());
+        QProcess *const first = desktop.start(clientProgram());
+        QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
+        desktop.close(desktop.windows(clientTitle()).first());
         QVERIFY(waitFor([first] { return !isRunning(*first); }));
         QCOMPARE(exitCode(*first), 0);
     }
@@ -268,7 +261,7 @@ void tst_SecondStart::noPlaceToHold()
                  {QStringLiteral("--mount"), QStringLiteral("sh"), QStringLiteral("-ec"),
                   QStringLiteral("mount -t tmpfs -o ro none /run; mount --bind /proc /tmp; "
                                  "exec \"$0\""),
-                  QStringLiteral(IXOVPN_CLIENT)});
+                  clientProgram()});
     QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
     QVERIFY(isRunning(client));
     kill(client);
@@ -280,7 +273,7 @@ void tst_SecondStart::noDisplay()
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
     client.setProcessEnvironment(environment);
-    client.start(QStringLiteral(IXOVPN_CLIENT), QStringList{});
+    client.start(clientProgram(), QStringList{});
     QVERIFY(client.waitForFinished(-1));
     QCOMPARE(client.exitStatus(), QProcess::NormalExit);
     QCOMPARE(client.exitCode(), 1);
@@ -380,14 +373,14 @@ void tst_SecondStart::bringsBackAMinimisedWindow()
 {
     QFETCH(WindowManager, manager);
     Desktop desktop{manager};
-    desktop.start(client());
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
-    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    desktop.start(clientProgram());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
     desktop.minimise(window);
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).isEmpty(); }));
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).isEmpty(); }));
 
-    QCOMPARE(desktop.run(client()).exitCode, 0);
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).contains(window); }));
+    QCOMPARE(desktop.run(clientProgram()).exitCode, 0);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).contains(window); }));
     QVERIFY(waitFor([&] { return desktop.activeWindow() == window; }));
 }
 
@@ -402,17 +395,17 @@ void tst_SecondStart::bringsBackAHiddenWindow()
     Desktop desktop{manager};
     desktop.start(QStringLiteral("trayer"));
     QVERIFY(waitFor([&] { return !desktop.windows(QStringLiteral("panel")).isEmpty(); }));
-    QProcess *const first = desktop.start(client());
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
-    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    QProcess *const first = desktop.start(clientProgram());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
     desktop.close(window);
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).isEmpty(); }));
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).isEmpty(); }));
     QVERIFY(isRunning(*first));
 
-    QCOMPARE(desktop.run(client()).exitCode, 0);
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
-    QVERIFY(
-        waitFor([&] { return desktop.activeWindow() == desktop.visibleWindows(title()).first(); }));
+    QCOMPARE(desktop.run(clientProgram()).exitCode, 0);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
+    QVERIFY(waitFor(
+        [&] { return desktop.activeWindow() == desktop.visibleWindows(clientTitle()).first(); }));
 }
 
 void tst_SecondStart::bringsTheWindowToTheFront_data()
@@ -424,16 +417,16 @@ void tst_SecondStart::bringsTheWindowToTheFront()
 {
     QFETCH(WindowManager, manager);
     Desktop desktop{manager};
-    desktop.start(client());
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
-    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    desktop.start(clientProgram());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
     desktop.start(QStringLiteral("xmessage"), {QStringLiteral("-title"), QStringLiteral("other"),
                                                QStringLiteral("Another window")});
     QVERIFY(waitFor([&] { return desktop.visibleWindows(QStringLiteral("other")).size() == 1; }));
     desktop.activate(desktop.visibleWindows(QStringLiteral("other")).first());
     QVERIFY(waitFor([&] { return desktop.activeWindow() != window; }));
 
-    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QCOMPARE(desktop.run(clientProgram()).exitCode, 0);
     QVERIFY(waitFor([&] { return desktop.activeWindow() == window; }));
 }
 
@@ -448,19 +441,19 @@ void tst_SecondStart::bringsTheDialogToTheFront()
     QVERIFY(takesTheService(service));
     QFETCH(WindowManager, manager);
     Desktop desktop{manager};
-    desktop.start(client());
+    desktop.start(clientProgram());
     QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
     QTcpSocket *const link = service.nextPendingConnection();
     link->write("notice: Maintenance tonight\n");
     const QString noticeTitle = QStringLiteral("Notice");
     QVERIFY(waitFor([&] { return desktop.visibleWindows(noticeTitle).size() == 1; }));
-    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
     const Desktop::Window notice = desktop.visibleWindows(noticeTitle).first();
     desktop.minimise(window);
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).isEmpty(); }));
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).isEmpty(); }));
 
-    QCOMPARE(desktop.run(client()).exitCode, 0);
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).contains(window); }));
+    QCOMPARE(desktop.run(clientProgram()).exitCode, 0);
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).contains(window); }));
     QVERIFY(waitFor([&] { return desktop.visibleWindows(noticeTitle).contains(notice); }));
     QVERIFY(waitFor([&] { return desktop.activeWindow() == notice; }));
 }
@@ -468,8 +461,8 @@ void tst_SecondStart::bringsTheDialogToTheFront()
 void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
 {
     Desktop desktop;
-    desktop.start(client());
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    desktop.start(clientProgram());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
     QProcess *const watcher =
         desktop.start(QStringLiteral("xev"), {QStringLiteral("-root"), QStringLiteral("-event"),
                                               QStringLiteral("property")});
@@ -483,30 +476,30 @@ void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
         desktop.run(QStringLiteral("xsetroot"), {QStringLiteral("-name"), QStringLiteral("here")});
         return sees("PropertyNotify");
     }));
-    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QCOMPARE(desktop.run(clientProgram()).exitCode, 0);
     QVERIFY(!sees("_NET_STARTUP_INFO_BEGIN"));
 
     desktop.setVariable(QStringLiteral("DESKTOP_STARTUP_ID"),
                         QStringLiteral("launcher/client/7-0-here_TIME4242"));
-    QCOMPARE(desktop.run(client()).exitCode, 0);
+    QCOMPARE(desktop.run(clientProgram()).exitCode, 0);
     QVERIFY(waitFor([&] { return sees("_NET_STARTUP_INFO_BEGIN"); }));
     QVERIFY(waitFor(
-        [&] { return desktop.activeWindow() == desktop.visibleWindows(title()).value(0); }));
+        [&] { return desktop.activeWindow() == desktop.visibleWindows(clientTitle()).value(0); }));
 }
 
 void tst_SecondStart::secondStartMakesNoWindow()
 {
     Desktop desktop;
-    QProcess *const first = desktop.start(client());
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
-    const int before = desktop.windows(title()).size();
+    QProcess *const first = desktop.start(clientProgram());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
+    const int before = desktop.windows(clientTitle()).size();
     for (int i = 0; i < 5; ++i) {
-        const Desktop::Outcome second = desktop.run(client());
+        const Desktop::Outcome second = desktop.run(clientProgram());
         QCOMPARE(second.exitCode, 0);
         QCOMPARE(second.output, QByteArray{});
         QCOMPARE(second.errors, QByteArray{});
     }
-    QCOMPARE(desktop.windows(title()).size(), before);
+    QCOMPARE(desktop.windows(clientTitle()).size(), before);
     QVERIFY(isRunning(*first));
 }
 

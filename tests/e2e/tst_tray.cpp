@@ -1,3 +1,4 @@
+#include "tests/support/Client.h"
 #include "tests/support/ClientSession.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/ScriptedService.h"
@@ -8,6 +9,8 @@
 #include <algorithm>
 #include <memory>
 
+using support::clientProgram;
+using support::clientTitle;
 using support::Desktop;
 using support::ScriptedService;
 using support::StatusPanel;
@@ -22,11 +25,6 @@ enum class Host {
     /// Icons described over the session bus.
     StatusNotifier
 };
-
-QString title()
-{
-    return QStringLiteral("IXOVPN");
-}
 
 // Both hosts are told to lie here.
 constexpr QRect trayArea{0, 0, 380, 40};
@@ -49,13 +47,13 @@ public:
             panel = std::make_unique<StatusPanel>(*this);
             up = panel->isUp();
         }
-        client = start(QStringLiteral(IXOVPN_CLIENT));
+        client = start(clientProgram());
         up = up && waitFor([this] {
-                 return visibleWindows(title()).size() == 1 && service.connected() == 1 &&
+                 return visibleWindows(clientTitle()).size() == 1 && service.connected() == 1 &&
                         !icon().isNull();
              });
         if (up) {
-            window = visibleWindows(title()).first();
+            window = visibleWindows(clientTitle()).first();
         }
     }
 
@@ -71,7 +69,7 @@ public:
         return found;
     }
 
-    bool isShown() const { return visibleWindows(title()) == QList<Window>{window}; }
+    bool isShown() const { return visibleWindows(clientTitle()) == QList<Window>{window}; }
     bool isActive() const { return activeWindow() == window; }
 
     /// The one menu or tool tip that is open; 0 as long as there is none.
@@ -377,9 +375,9 @@ void tst_Tray::noticesOverHiddenWindow()
 void tst_Tray::withoutTray()
 {
     Desktop desktop;
-    QProcess *const client = desktop.start(QStringLiteral(IXOVPN_CLIENT));
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
-    const Desktop::Window window = desktop.visibleWindows(title()).first();
+    QProcess *const client = desktop.start(clientProgram());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
+    const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
     QCOMPARE(desktop.geometry(window).size(), QSize(360, 560));
     desktop.close(window);
     verifyQuietEnd(client);
@@ -388,13 +386,13 @@ void tst_Tray::withoutTray()
 void tst_Tray::trayThatComesLate()
 {
     Desktop desktop;
-    QProcess *const client = desktop.start(QStringLiteral(IXOVPN_CLIENT));
-    QVERIFY(waitFor([&] { return desktop.visibleWindows(title()).size() == 1; }));
+    QProcess *const client = desktop.start(clientProgram());
+    QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
     desktop.start(QStringLiteral("trayer"));
     QVERIFY(waitFor([&] { return !desktop.windows(QStringLiteral("panel")).isEmpty(); }));
 
     // There is a tray now, but no icon of ours in it: a hidden window could not be reached.
-    desktop.close(desktop.visibleWindows(title()).first());
+    desktop.close(desktop.visibleWindows(clientTitle()).first());
     verifyQuietEnd(client);
 }
 

@@ -1,3 +1,4 @@
+#include "tests/support/Client.h"
 #include "tests/support/ScriptedService.h"
 #include "tests/support/Sway.h"
 #include "tests/support/TrayHost.h"
@@ -6,28 +7,11 @@
 
 #include <memory>
 
+using support::clientProgram;
+using support::clientTitle;
 using support::Sway;
 using support::TrayHost;
 using support::waitFor;
-
-namespace {
-
-QString title()
-{
-    return QStringLiteral("IXOVPN");
-}
-
-QString client()
-{
-    return QStringLiteral(IXOVPN_CLIENT);
-}
-
-QString busOf(Sway &sway)
-{
-    return sway.programs.environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
-}
-
-} // namespace
 
 /// The real program on a Wayland desktop, as a native program and as an X11 one.
 class tst_Wayland : public QObject
@@ -60,8 +44,8 @@ QProcess *tst_Wayland::startClient(Sway &sway)
 {
     QFETCH_GLOBAL(QString, platform);
     sway.programs.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
-    QProcess *const process = sway.programs.start(client());
-    waitFor([&sway] { return sway.windows(title()).size() == 1; });
+    QProcess *const process = sway.programs.start(clientProgram());
+    waitFor([&sway] { return sway.windows(clientTitle()).size() == 1; });
     return process;
 }
 
@@ -70,8 +54,8 @@ void tst_Wayland::windowIsShownWhole()
     QFETCH_GLOBAL(QString, shell);
     Sway sway;
     startClient(sway);
-    QVERIFY(waitFor([&] { return sway.windows(title()).value(0).size == QSize(360, 560); }));
-    const Sway::Window window = sway.windows(title()).value(0);
+    QVERIFY(waitFor([&] { return sway.windows(clientTitle()).value(0).size == QSize(360, 560); }));
+    const Sway::Window window = sway.windows(clientTitle()).value(0);
     QCOMPARE(window.shell, shell);
     QVERIFY(window.visible);
     QVERIFY(window.focused);
@@ -81,7 +65,7 @@ void tst_Wayland::closeWithoutTray()
 {
     Sway sway;
     const QProcess *const process = startClient(sway);
-    sway.close(sway.windows(title()).value(0));
+    sway.close(sway.windows(clientTitle()).value(0));
     QVERIFY(waitFor([process] { return process->state() == QProcess::NotRunning; }));
     QCOMPARE(process->exitStatus(), QProcess::NormalExit);
     QCOMPARE(process->exitCode(), 0);
@@ -90,17 +74,17 @@ void tst_Wayland::closeWithoutTray()
 void tst_Wayland::hiddenWindowComesBack()
 {
     Sway sway;
-    const TrayHost host{busOf(sway)};
+    const TrayHost host{sway.programs.environment};
     const QProcess *const process = startClient(sway);
     QVERIFY(waitFor([&host] { return host.items().size() == 1; }));
     const auto hides = [&] {
-        sway.close(sway.windows(title()).value(0));
-        return waitFor([&] { return sway.windows(title()).isEmpty(); }) &&
+        sway.close(sway.windows(clientTitle()).value(0));
+        return waitFor([&] { return sway.windows(clientTitle()).isEmpty(); }) &&
                process->state() == QProcess::Running;
     };
     const auto isBack = [&] {
         return waitFor([&] {
-            const Sway::Window window = sway.windows(title()).value(0);
+            const Sway::Window window = sway.windows(clientTitle()).value(0);
             return window.focused && window.size == QSize(360, 560);
         });
     };
@@ -108,7 +92,7 @@ void tst_Wayland::hiddenWindowComesBack()
     host.click(host.items().first());
     QVERIFY(isBack());
     QVERIFY(hides());
-    QCOMPARE(sway.programs.run(client()).exitCode, 0);
+    QCOMPARE(sway.programs.run(clientProgram()).exitCode, 0);
     QVERIFY(isBack());
 }
 
@@ -120,12 +104,12 @@ void tst_Wayland::secondStartBringsTheWindowToTheFront()
     const QString other = QStringLiteral("Event Tester");
     QVERIFY(waitFor([&] { return sway.windows(other).size() == 1; }));
     sway.focus(sway.windows(other).first());
-    QVERIFY(waitFor([&] { return !sway.windows(title()).value(0).focused; }));
+    QVERIFY(waitFor([&] { return !sway.windows(clientTitle()).value(0).focused; }));
 
     // The program may still believe that it has the keyboard, and then does nothing.
     QVERIFY(waitFor([&] {
-        const int exitCode = sway.programs.run(client()).exitCode;
-        const QList<Sway::Window> windows = sway.windows(title());
+        const int exitCode = sway.programs.run(clientProgram()).exitCode;
+        const QList<Sway::Window> windows = sway.windows(clientTitle());
         return exitCode == 0 && windows.size() == 1 && windows.first().focused;
     }));
 }
@@ -141,13 +125,13 @@ void tst_Wayland::secondStartKeepsADialogOpen()
     const QString notice = QStringLiteral("Notice");
     QVERIFY(waitFor([&] { return sway.windows(notice).size() == 1; }));
     const int before = sway.windows(notice).first().id;
-    sway.focus(sway.windows(title()).first());
+    sway.focus(sway.windows(clientTitle()).first());
 
-    QCOMPARE(sway.programs.run(client()).exitCode, 0);
+    QCOMPARE(sway.programs.run(clientProgram()).exitCode, 0);
     // What it brought about precedes the answer to this.
     service.sendLine("status: running");
     service.sendLine("notice: two");
-    QVERIFY(waitFor([&] { return sway.windows(title()).size() == 1; }));
+    QVERIFY(waitFor([&] { return sway.windows(clientTitle()).size() == 1; }));
     QCOMPARE(sway.windows(notice).size(), 1);
     QCOMPARE(sway.windows(notice).first().id, before);
 }

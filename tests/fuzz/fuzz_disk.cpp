@@ -4,7 +4,6 @@
 // An input is cut at record separators (0x1e): the client's store, the service's store, and from
 // then on one datagram each.
 
-#include "app/Identity.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
 #include "tests/fuzz/Finding.h"
@@ -22,7 +21,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QLoggingCategory>
 #include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -206,15 +204,6 @@ void trySupportPage()
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    new QApplication{*argc, *argv};
-    app::setIdentity();
-    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
-    QLocale::setDefault(QLocale{QLocale::English, QLocale::UnitedStates});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

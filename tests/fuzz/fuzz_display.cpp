@@ -12,7 +12,6 @@
 //   s, g, m  support page, settings page and menu open, or close
 // With any other byte after it, both are written.
 
-#include "app/Identity.h"
 #include "ipc/ServiceClient.h"
 #include "tests/fuzz/DisplayModel.h"
 #include "tests/fuzz/Finding.h"
@@ -26,7 +25,6 @@
 #include "ui/SupportDialog.h"
 
 #include <QApplication>
-#include <QLoggingCategory>
 #include <QMetaEnum>
 #include <QMouseEvent>
 #include <QSettings>
@@ -341,15 +339,6 @@ Player &player()
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    new QApplication{*argc, *argv};
-    app::setIdentity();
-    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
-    QLocale::setDefault(QLocale{QLocale::English, QLocale::UnitedStates});
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,5 +1,7 @@
 #include "tests/support/ClientSession.h"
 
+#include "tests/support/Client.h"
+
 #include <algorithm>
 
 namespace support {
@@ -9,11 +11,6 @@ namespace {
 constexpr QPoint menuButton{48, 34};
 // Outside every window.
 constexpr QPoint aside{1270, 1010};
-
-QString title()
-{
-    return QStringLiteral("IXOVPN");
-}
 
 } // namespace
 
@@ -32,20 +29,16 @@ QByteArray askStatus()
     return QByteArrayLiteral(R"({"cmd":"status"})");
 }
 
-ClientSession::ClientSession(const QString &path)
-    : program(path)
-{}
-
 bool ClientSession::startClient()
 {
     service.clear();
-    client = start(program);
-    if (!waitFor([this] { return visibleWindows(title()).size() == 1; })) {
+    client = start(clientProgram());
+    if (!waitFor([this] { return visibleWindows(clientTitle()).size() == 1; })) {
         qWarning("No window of the program; it says: %s",
                  client->readAllStandardError().constData());
         return false;
     }
-    window = visibleWindows(title()).first();
+    window = visibleWindows(clientTitle()).first();
     return true;
 }
 

@@ -28,9 +28,6 @@ public:
     static constexpr QPoint supportRow{80, 154};
     static constexpr QPoint backButton{32, 30};
 
-    /// With the path of the program.
-    explicit ClientSession(const QString &path);
-
     /// Starts the program and waits for its window.
     [[nodiscard]] bool startClient();
     /// As above, with a service that listens and answers that the tunnel is up.
@@ -68,8 +65,6 @@ public:
 private:
     bool isMapped(Window which) const;
     bool changesFrom(const QImage &before);
-
-    QString program;
 };
 
 /// The middles of the copy buttons on a picture of the support page, from the top.

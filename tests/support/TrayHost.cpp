@@ -13,14 +13,15 @@ QString connectionName()
 
 } // namespace
 
-TrayHost::TrayHost(const QString &bus)
-    : connection(QDBusConnection::connectToBus(bus, connectionName()))
+TrayHost::TrayHost(const QProcessEnvironment &environment)
+    : connection(QDBusConnection::connectToBus(
+          environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")), connectionName()))
 {
     const bool there = connection.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
                                                  QDBusConnection::ExportAllContents) &&
                        connection.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
     if (!there) {
-        qFatal("No place for a tray host on %s", qPrintable(bus));
+        qFatal("No place for a tray host on %s", qPrintable(connection.name()));
     }
     Q_EMIT StatusNotifierHostRegistered();
 }

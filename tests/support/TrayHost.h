@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -18,8 +19,9 @@ class TrayHost : public QObject
     Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ items)
 
 public:
-    /// On the bus with this address. Ends the test run if the place is taken.
-    explicit TrayHost(const QString &bus);
+    /// On the session bus that programs with this environment use. Ends the test run if the place
+    /// is taken.
+    explicit TrayHost(const QProcessEnvironment &environment);
     /// As a panel that crashes.
     ~TrayHost() override;
 

@@ -1,0 +1,16 @@
+// What the program has made before the first input, in either fuzzer.
+
+#include "app/Identity.h"
+
+#include <QApplication>
+#include <QLocale>
+#include <QLoggingCategory>
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    new QApplication{*argc, *argv};
+    app::setIdentity();
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    QLocale::setDefault(QLocale{QLocale::English, QLocale::UnitedStates});
+    return 0;
+}
