@@ -1,9 +1,10 @@
 // Measures the client beside programs that do the least possible, in turn. See docs/benchmarks.md;
 // scripts/bench gives it a display of its own.
 //
-//   ixovpn-bench FOLDER-OF-PROGRAMS FOLDER-FOR-FIGURES ROUNDS MEASUREMENT...
+//   ixovpn-bench FOLDER-OF-PROGRAMS FOLDER-FOR-FIGURES ROUNDS MEASUREMENT [COMMAND...]
 //
-// ROUNDS 0 stands for each measurement's own number.
+// ROUNDS 0 stands for each measurement's own number. The commands, without arguments, are of other
+// programs that live in the tray, for the measurement "others".
 
 #include "tools/bench/Child.h"
 #include "tools/bench/FakeService.h"
@@ -35,6 +36,7 @@ constexpr std::int64_t patienceMs = 30'000;
 constexpr std::int64_t quietMs = 3'000;
 constexpr std::int64_t idleMs = 20'000;
 constexpr std::int64_t pulseMs = 10'000;
+constexpr std::int64_t othersSettleMs = 10'000;
 constexpr std::int64_t betweenPingsMs = 5;
 constexpr int floodLines = 200'000;
 constexpr int delayLines = 40;
@@ -49,11 +51,13 @@ constexpr double idleAim = 0.0;
 class Bench
 {
 public:
-    Bench(const std::string &programs_, std::string figures_, int rounds_)
+    Bench(const std::string &programs_, std::string figures_, int rounds_,
+          std::vector<std::string> others_)
         : client(programs_ + "/ixovpn-client")
         , floor(programs_ + "/ixovpn-bench-floor")
         , figures(std::move(figures_))
         , wantedRounds(rounds_)
+        , strangers(std::move(others_))
     {}
 
     void start();
@@ -62,6 +66,8 @@ public:
     void flood();
     void delay();
     void pulse();
+    /// The client beside programs of other makers: what can be asked of any program.
+    void others();
 
 private:
     using Command = std::vector<std::string>;
@@ -100,6 +106,7 @@ private:
     std::string floor;
     std::string figures;
     int wantedRounds;
+    std::vector<std::string> strangers;
 };
 
 bool Bench::pump(std::int64_t ms, const std::function<bool()> &condition)
@@ -403,12 +410,45 @@ void Bench::pulse()
     results.printLargest("client, off", "context switches", idleAim);
 }
 
+void Bench::others()
+{
+    constexpr int usualRounds = 3;
+    const std::string memory = "KiB of memory (PSS)";
+    Results results{figures, "others"};
+    std::vector<std::string> programs{client};
+    programs.insert(programs.end(), strangers.begin(), strangers.end());
+    const auto nameOf = [](const std::string &path) {
+        return path.substr(path.find_last_of('/') + 1);
+    };
+    service = std::make_unique<FakeService>("running");
+    screen.raiseTray();
+    for (int round = 1; round <= rounds(usualRounds); ++round) {
+        for (const std::string &program : programs) {
+            const std::string name = nameOf(program);
+            const Child child{{program}};
+            pass(othersSettleMs);
+            results.add(round, name, "CPU ms of the first 10 s", msOf(child.processorTime()));
+            results.add(round, name, memory, static_cast<double>(child.proportionalSize()));
+            addCost(results, round, name, child, idleMs);
+        }
+    }
+    screen.removeTray();
+    service.reset();
+    for (const char *quantity :
+         {"CPU ms of the first 10 s", memory.c_str(), "CPU ms", "context switches"}) {
+        for (const std::string &program : programs) {
+            results.print(nameOf(program), quantity);
+        }
+    }
+}
+
 void run(Bench &bench, const std::string &measurement)
 {
-    static const std::array<std::pair<const char *, void (Bench::*)()>, 6> all{
-        std::pair{"start", &Bench::start}, std::pair{"memory", &Bench::memory},
-        std::pair{"idle", &Bench::idle},   std::pair{"flood", &Bench::flood},
-        std::pair{"delay", &Bench::delay}, std::pair{"pulse", &Bench::pulse}};
+    static const std::array<std::pair<const char *, void (Bench::*)()>, 7> all{
+        std::pair{"start", &Bench::start},  std::pair{"memory", &Bench::memory},
+        std::pair{"idle", &Bench::idle},    std::pair{"flood", &Bench::flood},
+        std::pair{"delay", &Bench::delay},  std::pair{"pulse", &Bench::pulse},
+        std::pair{"others", &Bench::others}};
     for (const auto &[name, function] : all) {
         if (name == measurement) {
             (bench.*function)();
@@ -422,16 +462,16 @@ void run(Bench &bench, const std::string &measurement)
 
 int main(int argc, char *argv[])
 {
-    constexpr int firstMeasurement = 4;
-    if (argc <= firstMeasurement) {
+    constexpr int measurement = 4;
+    constexpr int firstCommand = 5;
+    if (argc <= measurement) {
         std::fputs("run scripts/bench instead\n", stderr);
         return 2;
     }
     try {
-        Bench bench{argv[1], argv[2], std::stoi(argv[3])};
-        for (int i = firstMeasurement; i < argc; ++i) {
-            run(bench, argv[i]);
-        }
+        Bench bench{argv[1], argv[2], std::stoi(argv[3]),
+                    std::vector<std::string>(argv + firstCommand, argv + argc)};
+        run(bench, argv[measurement]);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "ixovpn-bench: %s\n", error.what());
         return 1;
