@@ -75,6 +75,17 @@ void ScriptedService::reset()
     newest()->abort();
 }
 
+void ScriptedService::ignoreInput(bool on)
+{
+    // A full buffer keeps the toolkit from looking at the connection any more.
+    newest()->setReadBufferSize(on ? 1 : 0);
+    ignoring = on;
+    if (!on) {
+        bytes += newest()->readAll();
+        Q_EMIT dataReceived();
+    }
+}
+
 void ScriptedService::onNewConnection()
 {
     while (QTcpSocket *const socket = server->nextPendingConnection()) {
@@ -84,8 +95,10 @@ void ScriptedService::onNewConnection()
         socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         sockets.push_back(socket);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            bytes += socket->readAll();
-            Q_EMIT dataReceived();
+            if (!ignoring) {
+                bytes += socket->readAll();
+                Q_EMIT dataReceived();
+            }
         });
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             sockets.erase(std::remove(sockets.begin(), sockets.end(), socket), sockets.end());

@@ -49,6 +49,9 @@ public:
     void reset();
     /// From now on every connection is reset as soon as the client has had its turn to see it.
     void resetEveryone(bool on) { resetting = on; }
+    /// From now on the newest connection's bytes are left to the system, which soon takes no more;
+    /// false reads them after all.
+    void ignoreInput(bool on);
 
 Q_SIGNALS:
     void clientConnected();
@@ -64,6 +67,7 @@ private:
     QByteArray bytes;
     int acceptedCount = 0;
     bool resetting = false;
+    bool ignoring = false;
 };
 
 } // namespace support

@@ -1,0 +1,733 @@
+#include "tests/soak/Soak.h"
+
+#include "tests/support/Pictures.h"
+#include "ui/Catalogue.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include <csignal>
+
+namespace soak {
+
+namespace {
+
+using State = ui::ToggleSwitch::State;
+
+constexpr int keptActions = 40;
+constexpr int answerMs = 60'000;
+constexpr int idleMs = 3'000;
+// Longer than the program waits before it comes back.
+constexpr int settlingMs = 2'000;
+constexpr int memoryToleranceKiB = 1'024;
+// Apart from rounding in what is half transparent.
+constexpr int pictureTolerance = 2;
+
+constexpr QPoint menuButton{48, 34};
+constexpr QPoint besideMenu{350, 300};
+constexpr QPoint theSwitch{180, 200};
+constexpr QPoint aside{1270, 1010};
+
+// In the order of the settings page.
+constexpr std::array languageTags{"en", "ru", "de", "fr", "es", "it", "pt",
+                                  "br", "ja", "nl", "pl", "tr", "uk", "cs"};
+
+template <typename Array> constexpr int sizeOf(const Array &all)
+{
+    return static_cast<int>(all.size());
+}
+
+template <typename Array> auto at(const Array &all, int index)
+{
+    return all.at(static_cast<std::size_t>(index));
+}
+
+QString clockFile()
+{
+    return QStringLiteral("/tmp/clock");
+}
+
+QString witnessPath()
+{
+    return QStringLiteral("/tmp/witness");
+}
+
+bool pulses(State state)
+{
+    return state == State::Connecting || state == State::Disconnecting;
+}
+
+} // namespace
+
+Soak::Soak(const QString &program, const QString &clock, quint32 seed, int rate_)
+    : session(program)
+    , rate(rate_)
+    , random(seed)
+{
+    session.setVariable(QStringLiteral("QT_PLUGIN_PATH"), QStringLiteral(IXOVPN_WITNESS_PLUGINS));
+    session.setVariable(QStringLiteral("QT_QPA_GENERIC_PLUGINS"),
+                        QStringLiteral("ixovpnwitness:") + witnessPath());
+    session.setVariable(QStringLiteral("LD_PRELOAD"), clock);
+    session.setVariable(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), clockFile());
+    session.setVariable(QStringLiteral("FAKETIME_NO_CACHE"), QStringLiteral("1"));
+    // A clock that is set does not move the one that timers go by.
+    if (rate == 1) {
+        session.setVariable(QStringLiteral("DONT_FAKE_MONOTONIC"), QStringLiteral("1"));
+    }
+    setClock(0);
+    QCoreApplication::installTranslator(&translator);
+    session.service.listen();
+    start();
+}
+
+void Soak::runFor(int seconds)
+{
+    run([this, seconds] { return sinceWarm.hasExpired(seconds * 1'000LL); });
+}
+
+void Soak::runUntil(const Counts &wanted)
+{
+    run([this, wanted] {
+        return counts.losses >= wanted.losses && counts.changes >= wanted.changes &&
+               counts.languages >= wanted.languages && counts.notices >= wanted.notices &&
+               counts.clockJumps >= wanted.clockJumps;
+    });
+}
+
+void Soak::run(const std::function<bool()> &enough)
+{
+    warmUp();
+    const Holdings before = holdings();
+    sinceWarm.start();
+    while (!enough()) {
+        anyStep();
+    }
+    agree("the last known state");
+    compare(before, holdings());
+    comparePictures();
+}
+
+void Soak::start()
+{
+    QFile::remove(witnessPath());
+    if (!session.startClient()) {
+        fail(QStringLiteral("The program does not start"));
+    }
+    origin = session.at({});
+    witness.abort();
+    witness.connectToServer(witnessPath());
+    if (!witness.waitForConnected(answerMs)) {
+        fail(QStringLiteral("The witness is not there: ") + witness.errorString());
+    }
+    session.moveMouse(aside);
+    waitForLink();
+}
+
+// Everything once or more, so that what the toolkit keeps for later is there.
+void Soak::warmUp()
+{
+    const Counts none = counts;
+    for (int row = sizeOf(languageTags); row > 0;) {
+        switchTo(--row);
+    }
+    for (int round = 0; round < 2; ++round) {
+        changeStates();
+        changeStatesOneByOne();
+        loseLink();
+        showNotices();
+        openPages();
+        openAndClose(support::ClientSession::settingsRow);
+        openAndClose(support::ClientSession::supportRow);
+        openAndClose(support::ClientSession::referralRow);
+        click();
+        stopAndContinue();
+        jumpClock();
+        staySilent();
+        flood();
+    }
+    counts = none;
+}
+
+void Soak::anyStep()
+{
+    static constexpr std::array steps{
+        Step{8, &Soak::changeStates}, Step{8, &Soak::changeStatesOneByOne},
+        Step{6, &Soak::loseLink},     Step{6, &Soak::chooseLanguage},
+        Step{4, &Soak::showNotices},  Step{4, &Soak::openPages},
+        Step{8, &Soak::click},        Step{3, &Soak::stopAndContinue},
+        Step{3, &Soak::jumpClock},    Step{2, &Soak::staySilent},
+        Step{1, &Soak::flood},
+    };
+    int all = 0;
+    for (const Step &step : steps) {
+        all += step.weight;
+    }
+    int left = pick(0, all - 1);
+    for (const Step &step : steps) {
+        left -= step.weight;
+        if (left < 0) {
+            (this->*step.act)();
+            return;
+        }
+    }
+}
+
+Soak::Holdings Soak::holdings()
+{
+    note(QStringLiteral("look at what is held"));
+    if (model.language != QLatin1String{"en"}) {
+        switchTo(0);
+    }
+    write("status: running\n");
+    agree("at rest");
+    QTest::qWait(settlingMs);
+
+    const qint64 process = session.client->processId();
+    const qint64 earlier = Figures::of(process).wakeUps;
+    QTest::qWait(idleMs);
+    const Figures now = Figures::of(process);
+    return {now, look(), now.wakeUps - earlier};
+}
+
+void Soak::compare(const Holdings &before, const Holdings &after) const
+{
+    struct Row
+    {
+        const char *what;
+        qint64 before;
+        qint64 after;
+        qint64 tolerance;
+    };
+    const std::array rows{
+        Row{"descriptors", before.process.descriptors, after.process.descriptors, 0},
+        Row{"threads", before.process.threads, after.process.threads, 0},
+        Row{"timers", before.inside.timers, after.inside.timers, 0},
+        Row{"widgets", before.inside.widgets, after.inside.widgets, 0},
+        Row{"windows", before.inside.windows, after.inside.windows, 0},
+        Row{"objects", before.inside.objects, after.inside.objects, 0},
+        Row{"idle wake-ups", before.wakeUps, after.wakeUps, 0},
+        Row{"memory of its own, KiB", before.process.ownPages, after.process.ownPages,
+            memoryToleranceKiB},
+    };
+    // Others share the rest, and its size depends on how many there are at the moment.
+    qInfo("%-28s %8d at the start %8d at the end", "proportional memory, KiB",
+          before.process.proportional, after.process.proportional);
+    QStringList grown;
+    for (const Row &row : rows) {
+        qInfo("%-28s %8lld at the start %8lld at the end", row.what, row.before, row.after);
+        if (row.after > row.before + row.tolerance) {
+            grown += QString::fromLatin1(row.what);
+        }
+    }
+    if (grown.isEmpty()) {
+        return;
+    }
+    for (auto it = after.inside.kinds.begin(); it != after.inside.kinds.end(); ++it) {
+        const int more = it.value().toInt() - before.inside.kinds[it.key()].toInt();
+        if (more > 0) {
+            grown += QStringLiteral("%1 more of %2").arg(more).arg(it.key());
+        }
+    }
+    fail(QStringLiteral("More than at the start: ") + grown.join(QStringLiteral(", ")));
+}
+
+// Whoever has lived long must look like one that has just come.
+void Soak::comparePictures()
+{
+    note(QStringLiteral("compare with a fresh program"));
+    switchTo(pick(1, sizeOf(languageTags) - 1));
+    QList<QByteArray> lines{"status: running",
+                            "status: stopping",
+                            "status: stopped",
+                            "status: fetching",
+                            "status: subscription_expired",
+                            "status: failed: no route",
+                            "config-bytes: 4096",
+                            "error: " + QByteArray(200, 'm')};
+    std::shuffle(lines.begin(), lines.end(), random);
+    // The line of a pill alone says nothing about the rest.
+    lines.prepend(QByteArrayLiteral("status: running"));
+    const QList<QImage> is = pictures(lines);
+
+    const QString language = model.language;
+    session.killClient();
+    session.service.listen();
+    model = {};
+    model.language = language;
+    start();
+    const QList<QImage> should = pictures(lines);
+    for (int i = 0; i < is.size(); ++i) {
+        const QString where = support::difference(is.at(i), should.at(i), pictureTolerance);
+        if (!where.isEmpty()) {
+            is.at(i).save(QStringLiteral("build/soak-is.png"));
+            should.at(i).save(QStringLiteral("build/soak-should.png"));
+            fail(QStringLiteral("After \"%1\" not the picture of a fresh program: %2; see "
+                                "build/soak-is.png and build/soak-should.png")
+                     .arg(QString::fromUtf8(lines.value(i, "the loss of the link")), where));
+        }
+    }
+    session.service.listen();
+    waitForLink();
+}
+
+QList<QImage> Soak::pictures(const QList<QByteArray> &lines)
+{
+    QList<QImage> taken;
+    for (const QByteArray &line : lines) {
+        write(line + '\n');
+        agree("a picture's state");
+        taken += picture(pulses(model.state));
+    }
+    breakLink();
+    agree("the last picture's state");
+    taken += picture(false);
+    return taken;
+}
+
+QImage Soak::picture(bool pulsing)
+{
+    const Testimony seen = look();
+    QImage last;
+    const bool still = support::waitFor([&] {
+        QImage now = session.screenshot(session.window);
+        for (int y = pulsing ? seen.switchTop : 0; pulsing && y <= seen.switchBottom; ++y) {
+            std::fill_n(now.scanLine(y), now.bytesPerLine(), 0);
+        }
+        const bool same = now == last;
+        last = std::move(now);
+        return same;
+    });
+    if (!still) {
+        fail(QStringLiteral("The window does not come to rest"));
+    }
+    return last;
+}
+
+void Soak::changeStates()
+{
+    const int lines = pick(1, 1'000);
+    note(QStringLiteral("%1 lines at once").arg(lines));
+    write(randomLines(lines));
+    agree("states in a burst");
+}
+
+void Soak::changeStatesOneByOne()
+{
+    const int lines = pick(1, 20);
+    note(QStringLiteral("%1 lines, each shown").arg(lines));
+    for (int i = 0; i < lines; ++i) {
+        write(randomLines(1));
+        agree("a single state");
+    }
+}
+
+void Soak::loseLink()
+{
+    note(QStringLiteral("lose the link"));
+    if (chance(30)) {
+        write(randomLine().chopped(1));
+    }
+    if (chance(30)) {
+        write(randomLines(pick(1, 100)));
+        agree("the lines before the loss");
+    }
+    breakLink();
+    agree("the loss");
+    if (chance(20)) {
+        click();
+    }
+    if (chance(10)) {
+        chooseLanguage();
+    }
+    if (chance(10)) {
+        openPages();
+    }
+    if (chance(20)) {
+        QTest::qWait(pick(1, 2'000 / rate));
+        agree("no service for a while");
+    }
+    session.service.listen();
+    waitForLink();
+}
+
+void Soak::breakLink()
+{
+    if (chance(50)) {
+        session.service.reset();
+    }
+    // So that nothing comes before the loss has been looked at.
+    session.service.stop();
+    model.linkDown();
+    ++counts.losses;
+}
+
+void Soak::waitForLink()
+{
+    if (!support::waitFor([this] { return session.service.connected() == 1; })) {
+        fail(QStringLiteral("The program does not come back"));
+    }
+    down = false;
+    model.linkUp();
+    agree("the greeting");
+}
+
+void Soak::chooseLanguage()
+{
+    int row = pick(0, sizeOf(languageTags) - 2);
+    if (model.language == QLatin1String{at(languageTags, row)}) {
+        ++row;
+    }
+    switchTo(row);
+}
+
+void Soak::switchTo(int row)
+{
+    const QString tag = QString::fromLatin1(at(languageTags, row));
+    note(QStringLiteral("choose ") + tag);
+    openMenu();
+    press(support::ClientSession::settingsRow);
+    await("the settings page", [](const Testimony &seen) { return seen.settings; });
+    QStringList names{QStringLiteral("Tab"), QStringLiteral("Home")};
+    for (int i = 0; i < row; ++i) {
+        names += QStringLiteral("Down");
+    }
+    keys(names << QStringLiteral("Tab") << QStringLiteral("Return"));
+    await("the settings to be gone",
+          [](const Testimony &seen) { return !seen.settings && !seen.menuShows; });
+    if (!ui::catalogue::load(translator, tag)) {
+        fail(QStringLiteral("No catalogue for ") + tag);
+    }
+    model.languageChosen(tag);
+    ++counts.languages;
+    agree("the language");
+}
+
+void Soak::showNotices()
+{
+    const int notices = pick(1, 10);
+    note(QStringLiteral("%1 notices").arg(notices));
+    const int first = noticeNumber + 1;
+    QByteArray bytes;
+    for (int i = 0; i < notices; ++i) {
+        bytes += "notice: <b>Number " + QByteArray::number(++noticeNumber) + ".</b> " +
+                 QByteArray{"You <i>may</i> <a href=\"https://ixovpn.example\">read</a> this. "}
+                     .repeated(pick(0, 60)) +
+                 '\n';
+        if (chance(50)) {
+            bytes += randomLines(pick(1, 5));
+        }
+    }
+    write(bytes);
+    for (int number = first; number <= noticeNumber; ++number) {
+        const QString text = QStringLiteral("Number %1.").arg(number);
+        await("the next notice", [text](const Testimony &seen) {
+            return seen.dialog == QLatin1String{"ui::NoticeDialog"} && seen.notice.startsWith(text);
+        });
+        if (chance(20)) {
+            write(randomLines(pick(1, 5)));
+            agree("a state behind a notice");
+        }
+        if (chance(5)) {
+            breakLink();
+            agree("a loss behind a notice");
+            session.service.listen();
+            waitForLink();
+        }
+        keys({QStringLiteral("Escape")});
+        ++counts.notices;
+    }
+    await("no further notice", [](const Testimony &seen) { return !seen.anyDialog; });
+    agree("after the notices");
+}
+
+void Soak::openPages()
+{
+    static constexpr std::array rows{support::ClientSession::settingsRow,
+                                     support::ClientSession::referralRow,
+                                     support::ClientSession::supportRow};
+    for (int pages = pick(1, 3); pages > 0; --pages) {
+        const int which = pick(0, sizeOf(rows));
+        if (which < sizeOf(rows)) {
+            openAndClose(at(rows, which));
+        } else {
+            note(QStringLiteral("open the menu and close it"));
+            openMenu();
+            press(besideMenu);
+            await("the menu to be gone", [](const Testimony &seen) { return !seen.menuShows; });
+        }
+    }
+}
+
+void Soak::openAndClose(const QPoint &row)
+{
+    note(QStringLiteral("open the page at %1").arg(row.y()));
+    ++counts.pages;
+    openMenu();
+    press(row);
+    if (row == support::ClientSession::referralRow) {
+        await("the referral dialog", [](const Testimony &seen) {
+            return seen.dialog == QLatin1String{"ui::ReferralDialog"};
+        });
+        keys({QStringLiteral("Escape")});
+    } else {
+        const bool settings = row == support::ClientSession::settingsRow;
+        await("the page", [settings](const Testimony &seen) {
+            return settings ? seen.settings : seen.support;
+        });
+        press(support::ClientSession::backButton);
+    }
+    await("the page to be gone", [](const Testimony &seen) {
+        return !seen.settings && !seen.support && !seen.menuShows && !seen.anyDialog;
+    });
+}
+
+void Soak::openMenu()
+{
+    press(menuButton);
+    await("the menu", [](const Testimony &seen) { return seen.menu; });
+}
+
+void Soak::click()
+{
+    note(QStringLiteral("click the switch"));
+    press(theSwitch);
+    model.click();
+    ++counts.clicks;
+    agree("the click");
+}
+
+void Soak::stopAndContinue()
+{
+    const auto process = static_cast<pid_t>(session.client->processId());
+    const bool linkGoes = chance(30);
+    note(linkGoes ? QStringLiteral("suspend, and lose the link meanwhile")
+                  : QStringLiteral("suspend"));
+    ::kill(process, SIGSTOP);
+    if (chance(70)) {
+        write(randomLines(pick(1, 100)));
+    }
+    QTest::qWait(pick(1, 300));
+    if (linkGoes) {
+        // A reset would take along what has not been read yet.
+        session.service.stop();
+        model.linkDown();
+        ++counts.losses;
+    }
+    ::kill(process, SIGCONT);
+    ++counts.stops;
+    agree("after the suspension");
+    if (linkGoes) {
+        session.service.listen();
+        waitForLink();
+    }
+}
+
+void Soak::jumpClock()
+{
+    constexpr int year = 365 * 24 * 3'600;
+    if (rate != 1) {
+        return;
+    }
+    const int seconds = chance(50) ? pick(-2 * 3'600, 2 * 3'600) : pick(-9 * year, 9 * year);
+    note(QStringLiteral("set the clock to %1 s from now").arg(seconds));
+    setClock(seconds);
+    ++counts.clockJumps;
+    write(randomLines(pick(1, 5)));
+    agree("after the clock has been set");
+}
+
+void Soak::setClock(qint64 seconds)
+{
+    QFile file{clockFile()};
+    const QByteArray text = QByteArray{seconds < 0 ? "-" : "+"} +
+                            QByteArray::number(std::abs(seconds)) +
+                            (rate == 1 ? QByteArray{} : " x" + QByteArray::number(rate));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+        fail(QStringLiteral("The clock cannot be set: ") + file.errorString());
+    }
+}
+
+void Soak::staySilent()
+{
+    note(QStringLiteral("a service that says nothing"));
+    ++counts.silences;
+    breakLink();
+    agree("the loss");
+    session.service.listen();
+    waitForLink();
+    click();
+    QTest::qWait(pick(1, 1'500));
+    agree("silence");
+}
+
+void Soak::flood()
+{
+    note(QStringLiteral("a flood from a service that does not read"));
+    ++counts.floods;
+    session.service.ignoreInput(true);
+    write(randomLines(10'000));
+    agreeOnDisplay("a flood");
+    press(theSwitch);
+    model.click();
+    agreeOnDisplay("a click at a service that does not read");
+    session.service.ignoreInput(false);
+    agree("after the flood");
+}
+
+void Soak::press(const QPoint &point)
+{
+    const QPoint place = origin + point;
+    session.run(QStringLiteral("xdotool"),
+                {QStringLiteral("mousemove"), QString::number(place.x()),
+                 QString::number(place.y()), QStringLiteral("click"), QStringLiteral("1"),
+                 QStringLiteral("mousemove"), QString::number(aside.x()),
+                 QString::number(aside.y())});
+}
+
+void Soak::keys(const QStringList &names)
+{
+    session.run(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + names);
+}
+
+QByteArray Soak::randomLine()
+{
+    static const std::array texts{"status: running",
+                                  "status: fetching",
+                                  "status: fetching config",
+                                  "status: starting",
+                                  "status: connecting",
+                                  "status: stopping",
+                                  "status: stopped",
+                                  "status: disconnected",
+                                  "status: subscription_expired",
+                                  "status: failed",
+                                  "status: failed: no answer",
+                                  "error: no route",
+                                  "error: subscription_expired",
+                                  "config-bytes: 2048",
+                                  "error: \u043d\u0435\u0442 <b>\u4e2d</b>",
+                                  "status: Running",
+                                  "status:running",
+                                  "",
+                                  "  ",
+                                  "hello"};
+    QByteArray line{at(texts, pick(0, sizeOf(texts) - 1))};
+    if (line.startsWith("error: no") || line.startsWith("status: failed:")) {
+        line += ' ' + QByteArray::number(pick(0, 1'000'000));
+    }
+    return line + (chance(20) ? "\r\n" : "\n");
+}
+
+QByteArray Soak::randomLines(int count)
+{
+    QByteArray lines;
+    for (int i = 0; i < count; ++i) {
+        const QByteArray line = randomLine();
+        if (line.startsWith("status: ") || line.startsWith("error: ")) {
+            ++counts.changes;
+        }
+        lines += line;
+    }
+    return lines;
+}
+
+void Soak::write(const QByteArray &bytes)
+{
+    for (int done = 0; done < bytes.size();) {
+        const int next = chance(50) ? bytes.size() : pick(done + 1, bytes.size());
+        session.service.write(bytes.mid(done, next - done));
+        done = next;
+    }
+    // It takes its time with long texts.
+    constexpr int piece = 512;
+    for (int done = 0; done < bytes.size(); done += piece) {
+        model.receive(bytes.mid(done, piece));
+    }
+}
+
+Testimony Soak::look()
+{
+    if (session.client->state() != QProcess::Running) {
+        fail(QStringLiteral("The program has ended: ") +
+             QString::fromUtf8(session.client->readAllStandardError()));
+    }
+    witness.write("\n");
+    witness.flush();
+    while (!witness.canReadLine()) {
+        if (!witness.waitForReadyRead(answerMs)) {
+            fail(QStringLiteral("The window does not answer"));
+        }
+    }
+    const Testimony seen{QJsonDocument::fromJson(witness.readLine()).object()};
+    if (down && seen.state == State::On) {
+        fail(QStringLiteral("Connected without a link"), &seen);
+    }
+    return seen;
+}
+
+void Soak::await(const char *what, const Condition &condition)
+{
+    const bool came = support::waitFor([&] { return condition(look()); });
+    if (!came) {
+        const Testimony seen = look();
+        fail(QStringLiteral("Waited in vain for ") + QString::fromLatin1(what), &seen);
+    }
+}
+
+void Soak::agreeOnDisplay(const char *what)
+{
+    await(what, [this](const Testimony &seen) {
+        return seen.state == model.state && seen.status == model.status && seen.pill == model.pill;
+    });
+    down = !model.linked;
+}
+
+void Soak::agree(const char *what)
+{
+    agreeOnDisplay(what);
+    if (!support::waitFor([this] { return session.service.lines() == model.sent; })) {
+        fail(QStringLiteral("%1: the service has heard \"%2\", not \"%3\"")
+                 .arg(QString::fromLatin1(what),
+                      QString::fromUtf8(session.service.lines().join('|')),
+                      QString::fromUtf8(model.sent.join('|'))));
+    }
+    session.service.clear();
+    model.sent.clear();
+    model.notices.clear();
+}
+
+void Soak::note(const QString &action)
+{
+    actions += action;
+    while (actions.size() > keptActions) {
+        actions.removeFirst();
+    }
+}
+
+void Soak::fail(const QString &what, const Testimony *seen) const
+{
+    QString text = what;
+    if (seen != nullptr) {
+        text += QStringLiteral("\n  shown:    %1, \"%2\", \"%3\"; open: %4%5%6%7")
+                    .arg(QVariant::fromValue(seen->state).toString(), seen->status, seen->pill,
+                         seen->menuShows ? QStringLiteral("menu ") : QString{},
+                         seen->settings ? QStringLiteral("settings ") : QString{},
+                         seen->support ? QStringLiteral("support ") : QString{}, seen->dialog) +
+                QStringLiteral("\n  expected: %1, \"%2\", \"%3\"")
+                    .arg(QVariant::fromValue(model.state).toString(), model.status, model.pill);
+    }
+    throw std::runtime_error{text.toStdString()};
+}
+
+int Soak::pick(int least, int most)
+{
+    return least + static_cast<int>(random() % static_cast<quint32>(most - least + 1));
+}
+
+} // namespace soak

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "tests/fuzz/DisplayModel.h"
+#include "tests/soak/Figures.h"
+#include "tests/soak/Testimony.h"
+#include "tests/support/ClientSession.h"
+
+#include <QElapsedTimer>
+#include <QImage>
+#include <QLocalSocket>
+#include <QStringList>
+#include <QTranslator>
+
+#include <functional>
+#include <random>
+
+namespace soak {
+
+/// What a run is to do, and what it has done.
+struct Counts
+{
+    int losses = 0;
+    int changes = 0;
+    int languages = 0;
+    int notices = 0;
+    int pages = 0;
+    int clicks = 0;
+    int stops = 0;
+    int clockJumps = 0;
+    int silences = 0;
+    int floods = 0;
+};
+
+/// A long life of the real program among faults, in an order that a seed decides: after every
+/// step it has to show what a plain model says and to have sent what that says, and at the end to
+/// hold no more than at the start. The first thing that is wrong throws std::runtime_error.
+class Soak
+{
+public:
+    /// With the paths of the program and of the library that sets its clock (Debian: libfaketime).
+    /// The clock runs `rate` times as fast as ours, so that the program waits less before it comes
+    /// back; only at rate 1 does the clock also jump.
+    Soak(const QString &program, const QString &clock, quint32 seed, int rate);
+
+    /// Goes on for so many seconds after it has warmed up.
+    void runFor(int seconds);
+    /// Goes on until all that is counted in `wanted` has been done as often.
+    void runUntil(const Counts &wanted);
+
+    const Counts &done() const { return counts; }
+    /// The last things that were done, oldest first.
+    const QStringList &history() const { return actions; }
+
+private:
+    struct Holdings
+    {
+        Figures process;
+        Testimony inside;
+        /// In the idle seconds before.
+        qint64 wakeUps;
+    };
+    struct Step
+    {
+        int weight;
+        void (Soak::*act)();
+    };
+    using Condition = std::function<bool(const Testimony &)>;
+
+    void run(const std::function<bool()> &enough);
+    void start();
+    void warmUp();
+    void anyStep();
+    Holdings holdings();
+    void compare(const Holdings &before, const Holdings &after) const;
+    void comparePictures();
+    /// What the program shows after each of these lines, and without a service.
+    QList<QImage> pictures(const QList<QByteArray> &lines);
+    /// Waits until the painting has come to rest, but for the switch if that pulses.
+    QImage picture(bool pulsing);
+
+    // Each leaves the program linked, with nothing open.
+    void changeStates();
+    void changeStatesOneByOne();
+    void loseLink();
+    void chooseLanguage();
+    void showNotices();
+    void openPages();
+    void click();
+    void stopAndContinue();
+    void jumpClock();
+    void staySilent();
+    void flood();
+
+    void breakLink();
+    void waitForLink();
+    void switchTo(int row);
+    void openAndClose(const QPoint &row);
+    void openMenu();
+    void press(const QPoint &point);
+    void keys(const QStringList &names);
+    void setClock(qint64 seconds);
+
+    QByteArray randomLine();
+    QByteArray randomLines(int count);
+    void write(const QByteArray &bytes);
+
+    Testimony look();
+    void await(const char *what, const Condition &condition);
+    /// Waits until the program shows what the model says, and has sent it.
+    void agree(const char *what);
+    void agreeOnDisplay(const char *what);
+    void note(const QString &action);
+    [[noreturn]] void fail(const QString &what, const Testimony *seen = nullptr) const;
+    /// From `least` to `most`, both included.
+    int pick(int least, int most);
+    bool chance(int percent) { return pick(1, 100) <= percent; }
+
+    support::ClientSession session;
+    int rate;
+    std::mt19937 random;
+    QElapsedTimer sinceWarm;
+    QLocalSocket witness;
+    QTranslator translator;
+    fuzz::DisplayModel model;
+    QPoint origin;
+    /// The loss of the link has been seen, and no line has been sent since.
+    bool down = false;
+    int noticeNumber = 0;
+    Counts counts;
+    QStringList actions;
+};
+
+} // namespace soak

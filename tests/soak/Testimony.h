@@ -1,0 +1,44 @@
+#pragma once
+
+#include "ui/ToggleSwitch.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+class QLocalSocket;
+
+namespace soak {
+
+/// What the program said at one moment about what it shows and holds (see Witness).
+struct Testimony
+{
+    explicit Testimony(const QJsonObject &told);
+
+    ui::ToggleSwitch::State state;
+    QString status;
+    QString pill;
+    /// The text of the notice that is open.
+    QString notice;
+    /// The class of the open dialog; empty if there is none, or it has not got the keyboard yet.
+    QString dialog;
+    bool anyDialog;
+    /// Wholly open, and there at all.
+    bool menu;
+    bool menuShows;
+    bool settings;
+    bool support;
+    /// Rows of the window that the switch takes.
+    int switchTop;
+    int switchBottom;
+    QString focus;
+
+    int objects;
+    int timers;
+    int widgets;
+    int windows;
+    /// How many objects of each class.
+    QJsonObject kinds;
+};
+
+} // namespace soak

@@ -1,0 +1,169 @@
+#include "tests/soak/Witness.h"
+
+#include "ui/ToggleSwitch.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QMetaEnum>
+#include <QThread>
+#include <QWidget>
+#include <QWindow>
+
+#include <mutex>
+#include <unordered_set>
+
+// The toolkit's own place for tools that follow its objects; its header is not for programs.
+extern Q_CORE_EXPORT quintptr qtHookData[]; // NOLINT(modernize-avoid-c-arrays)
+
+namespace soak {
+
+namespace {
+
+constexpr int objectAdded = 3;
+constexpr int objectRemoved = 4;
+
+struct Living
+{
+    std::mutex guard;
+    std::unordered_set<QObject *> objects;
+};
+
+Living &living()
+{
+    // Objects are removed to the very end of the program.
+    static auto *const all = new Living;
+    return *all;
+}
+
+void onAdded(QObject *object)
+{
+    const std::lock_guard<std::mutex> lock{living().guard};
+    living().objects.insert(object);
+}
+
+void onRemoved(QObject *object)
+{
+    const std::lock_guard<std::mutex> lock{living().guard};
+    living().objects.erase(object);
+}
+
+QWidget *widgetOf(const char *className)
+{
+    const QWidgetList all = QApplication::allWidgets();
+    for (QWidget *const widget : all) {
+        if (qstrcmp(widget->metaObject()->className(), className) == 0) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+QString textOf(const char *className)
+{
+    const auto *const label = static_cast<QLabel *>(widgetOf(className));
+    return label != nullptr ? label->text() : QString{};
+}
+
+bool isVisible(const char *className)
+{
+    const QWidget *const widget = widgetOf(className);
+    return widget != nullptr && widget->isVisible();
+}
+
+// The panel of the menu slides in.
+bool isMenuOpen()
+{
+    const QWidget *const menu = widgetOf("ui::SideMenu");
+    if (menu == nullptr || !menu->isVisible()) {
+        return false;
+    }
+    const auto *const panel = menu->findChild<QWidget *>({}, Qt::FindDirectChildrenOnly);
+    return panel != nullptr && panel->x() == 0;
+}
+
+} // namespace
+
+Witness::Witness(const QString &path)
+{
+    auto *const server = new QLocalServer{this};
+    server->listen(path);
+    connect(server, &QLocalServer::newConnection, this, [server] {
+        QLocalSocket *const socket = server->nextPendingConnection();
+        connect(socket, &QLocalSocket::readyRead, socket, [socket] {
+            while (socket->canReadLine()) {
+                socket->readLine();
+                socket->write(QJsonDocument{testimony()}.toJson(QJsonDocument::Compact) + '\n');
+                socket->flush();
+            }
+        });
+    });
+}
+
+QJsonObject Witness::testimony()
+{
+    QJsonObject told;
+    if (const QWidget *const found = widgetOf("ui::ToggleSwitch")) {
+        const auto state = static_cast<const ui::ToggleSwitch *>(found)->state();
+        told[QStringLiteral("state")] = static_cast<int>(state);
+        const QRect place{found->mapTo(found->window(), QPoint{}), found->size()};
+        told[QStringLiteral("switchTop")] = place.top();
+        told[QStringLiteral("switchBottom")] = place.bottom();
+    }
+    told[QStringLiteral("pill")] = textOf("ui::PillLabel");
+    told[QStringLiteral("status")] = textOf("ui::StatusLabel");
+    told[QStringLiteral("menu")] = isMenuOpen();
+    told[QStringLiteral("menuShows")] = isVisible("ui::SideMenu");
+    told[QStringLiteral("settings")] = isVisible("ui::SettingsDialog");
+    told[QStringLiteral("support")] = isVisible("ui::SupportDialog");
+
+    const QWidget *const dialog = QApplication::activeModalWidget();
+    if (dialog != nullptr) {
+        const bool ready = dialog->isVisible() && dialog->isActiveWindow();
+        told[QStringLiteral("dialog")] = QString::fromLatin1(dialog->metaObject()->className());
+        told[QStringLiteral("dialogReady")] = ready;
+        const auto labels = dialog->findChildren<QWidget *>();
+        for (const QWidget *const label : labels) {
+            if (qstrcmp(label->metaObject()->className(), "ui::NoticeText") == 0) {
+                told[QStringLiteral("notice")] = label->accessibleName();
+            }
+        }
+    }
+    const QWidget *const focus = QApplication::focusWidget();
+    told[QStringLiteral("focus")] =
+        focus != nullptr ? QString::fromLatin1(focus->metaObject()->className()) : QString{};
+
+    // Not those that belong to the answer to come.
+    QJsonObject kinds;
+    int timers = 0;
+    {
+        const std::lock_guard<std::mutex> lock{living().guard};
+        const auto *const dispatcher = QAbstractEventDispatcher::instance();
+        told[QStringLiteral("objects")] = static_cast<int>(living().objects.size());
+        for (QObject *const object : living().objects) {
+            if (object->thread() == QThread::currentThread()) {
+                timers += dispatcher->registeredTimers(object).size();
+                const QString kind = QString::fromLatin1(object->metaObject()->className());
+                kinds[kind] = kinds[kind].toInt() + 1;
+            }
+        }
+    }
+    told[QStringLiteral("timers")] = timers;
+    told[QStringLiteral("kinds")] = kinds;
+    told[QStringLiteral("widgets")] = QApplication::allWidgets().size();
+    told[QStringLiteral("windows")] = QGuiApplication::allWindows().size();
+    return told;
+}
+
+QObject *WitnessPlugin::create(const QString & /*name*/, const QString &path)
+{
+    qtHookData[objectAdded] = reinterpret_cast<quintptr>(&onAdded);
+    qtHookData[objectRemoved] = reinterpret_cast<quintptr>(&onRemoved);
+    return new Witness{path};
+}
+
+} // namespace soak

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QGenericPlugin>
+#include <QObject>
+
+class QJsonObject;
+class QLocalSocket;
+
+namespace soak {
+
+/// Tells from inside a program what it shows and what it holds: one line of JSON for each line
+/// that comes in at the local socket which the plugin was given the path of. Between two questions
+/// it does nothing.
+class Witness : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Witness(const QString &path);
+
+private:
+    static QJsonObject testimony();
+};
+
+class WitnessPlugin : public QGenericPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "witness.json")
+
+public:
+    QObject *create(const QString &name, const QString &path) override;
+};
+
+} // namespace soak
