@@ -237,6 +237,10 @@ private Q_SLOTS:
     void nameForAssistiveTechnology();
     void tablesThatNoLayoutCopesWith_data();
     void tablesThatNoLayoutCopesWith();
+    void markupThatNoParserCopesWith_data();
+    void markupThatNoParserCopesWith();
+    void textsThatNobodyReads_data();
+    void textsThatNobodyReads();
 
     void shortNoticeDoesNotScroll();
     void longNotice_data();
@@ -853,6 +857,95 @@ void tst_NoticeDialog::tablesThatNoLayoutCopesWith()
     }
 }
 
+void tst_NoticeDialog::markupThatNoParserCopesWith_data()
+{
+    QTest::addColumn<QString>("notice");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("stillBold");
+    QTest::newRow("many elements") << QStringLiteral("<b>").repeated(1'000) + QStringLiteral("x")
+                                   << QStringLiteral("x") << true;
+    QTest::newRow("one more") << QStringLiteral("<b>").repeated(1'001) + QStringLiteral("x")
+                              << QStringLiteral("x") << false;
+    QTest::newRow("no end of levels")
+        << QStringLiteral("<b>").repeated(8'000) + QStringLiteral("<a href='https://e.com'>x</a>")
+        << QStringLiteral("x") << false;
+    QTest::newRow("levels that seem to end")
+        << QStringLiteral("<b></x>").repeated(8'000) + QStringLiteral("x") << QStringLiteral("x")
+        << false;
+    QTest::newRow("side by side") << QStringLiteral("<b>x</b>").repeated(8'000)
+                                  << QStringLiteral("x").repeated(8'000) << false;
+    QTest::newRow("entities") << QStringLiteral("<b>").repeated(8'000) +
+                                     QStringLiteral("1 &lt; 2 &amp;&amp; 3 > 2")
+                              << QStringLiteral("1 < 2 && 3 > 2") << false;
+    QTest::newRow("nothing but signs")
+        << QStringLiteral("<").repeated(8'000) << QStringLiteral("<").repeated(8'000) << false;
+    QTest::newRow("a style that grows")
+        << QStringLiteral("<style>") + QStringLiteral("b{color:red}").repeated(5'000) +
+               QStringLiteral("</style><b>x</b>")
+        << QStringLiteral("x") << false;
+    QTest::newRow("much markup for little text")
+        << QStringLiteral("<b title='") + QStringLiteral("y").repeated(29'980) +
+               QStringLiteral("'>x</b>")
+        << QStringLiteral("x") << true;
+    QTest::newRow("too much markup for little text")
+        << QStringLiteral("<b title='") + QStringLiteral("y").repeated(30'000) +
+               QStringLiteral("'>x</b>")
+        << QStringLiteral("x") << false;
+}
+
+void tst_NoticeDialog::markupThatNoParserCopesWith()
+{
+    QFETCH(QString, notice);
+    QFETCH(QString, text);
+    QFETCH(bool, stillBold);
+    Shown dialog{notice};
+    const QTextDocument *const document = documentOf(*dialog);
+    QCOMPARE(plainText(*dialog), text);
+    QCOMPARE(labelOf(*dialog)->accessibleName(), text);
+    const auto isBold = [](const QTextCharFormat &format) { return format.fontWeight() > 50; };
+    QCOMPARE(partsWith(document, isBold), stillBold ? text : QString{});
+    QCOMPARE(partsWith(document, isLink), QString{});
+}
+
+void tst_NoticeDialog::textsThatNobodyReads_data()
+{
+    QTest::addColumn<QString>("notice");
+    QTest::addColumn<QString>("text");
+    const QString longest = QStringLiteral("y").repeated(25'000);
+    const QChar ellipsis{0x2026};
+    const QString picture = QString::fromUtf8("\xf0\x9f\x94\x92");
+    QTest::newRow("long") << longest << longest;
+    QTest::newRow("one character more") << longest + QStringLiteral("z") << longest + ellipsis;
+    QTest::newRow("rich") << QStringLiteral("<b>") + longest + QStringLiteral("</b>z")
+                          << longest + ellipsis;
+    QTest::newRow("a word of 1 MB")
+        << QStringLiteral("y").repeated(1'000'000) << longest + ellipsis;
+    QTest::newRow("a megabyte that begins with elements")
+        << QStringLiteral("<p>").repeated(2'000) + QStringLiteral("y").repeated(1'000'000)
+        << longest + ellipsis;
+    const QString lines = QStringLiteral("y\n").repeated(1'000);
+    QTest::newRow("lines") << QStringLiteral("y<br>").repeated(1'000) << lines;
+    QTest::newRow("a thousand lines")
+        << QStringLiteral("<br>") + QStringLiteral("y<br>").repeated(1'000) << lines.chopped(1);
+    QTest::newRow("one line more") << QStringLiteral("y<br>").repeated(1'001) << lines + ellipsis;
+    QTest::newRow("lines without elements")
+        << QStringLiteral(u"<pre>z") + QStringLiteral(u"\u2028y").repeated(20'000)
+        << QStringLiteral("z") + QStringLiteral(" y").repeated(12'499) + QLatin1Char{' '} +
+               ellipsis;
+    QTest::newRow("nothing is cut in half")
+        << QStringLiteral("y").repeated(24'999) + picture + QStringLiteral("z")
+        << QStringLiteral("y").repeated(24'999) + ellipsis;
+}
+
+void tst_NoticeDialog::textsThatNobodyReads()
+{
+    QFETCH(QString, notice);
+    QFETCH(QString, text);
+    Shown dialog{notice};
+    QCOMPARE(plainText(*dialog), text);
+    QVERIFY(dialog->findChild<QAbstractScrollArea *>() != nullptr);
+}
+
 void tst_NoticeDialog::shortNoticeDoesNotScroll()
 {
     Shown dialog{QStringLiteral("Maintenance on Sunday.")};
@@ -949,7 +1042,7 @@ void tst_NoticeDialog::scrolledColours()
 {
     const QString line = QStringLiteral("w").repeated(300) +
                          QStringLiteral(" <a href='https://example.com'>more</a><br>");
-    Shown dialog{line.repeated(100)};
+    Shown dialog{line.repeated(60)};
     auto *const area = dialog->findChild<QScrollArea *>();
     QVERIFY(area != nullptr);
     hover(okOf(*dialog));

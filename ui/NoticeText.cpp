@@ -1,5 +1,8 @@
 #include "ui/NoticeText.h"
 
+#include "ui/PlainMarkup.h"
+#include "ui/SingleLine.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -7,6 +10,7 @@
 #include <QTextTable>
 #include <QUrl>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -17,6 +21,13 @@ namespace {
 // Each level of tables doubles the toolkit's work, and wide spans multiply cells.
 constexpr int deepestTable = 5;
 constexpr int mostCells = 10'000;
+
+// The toolkit takes a time that is quadratic in the number of elements and lines, and up to some
+// ten milliseconds for a thousand characters. With these it stays below a second or so.
+constexpr int mostElements = 1'000;
+constexpr int longestMarkup = 30'000;
+constexpr int longestText = 25'000;
+constexpr int mostLines = 1'000;
 
 QString linkStyle()
 {
@@ -76,8 +87,20 @@ QTextCharFormat withoutLink(QTextCharFormat format)
     return format;
 }
 
+bool canBeParsed(const QString &markup)
+{
+    const auto costs = [](QChar c) {
+        return c == QLatin1Char{'<'} || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+    };
+    return markup.size() <= longestMarkup &&
+           std::count_if(markup.cbegin(), markup.cend(), costs) <= mostElements;
+}
+
 bool canBeLaidOut(const QTextDocument &document)
 {
+    if (document.characterCount() - 1 > longestText) {
+        return false;
+    }
     qint64 cells = 0;
     std::vector<std::pair<const QTextFrame *, int>> waiting{{document.rootFrame(), 0}};
     while (!waiting.empty()) {
@@ -108,15 +131,17 @@ void dropIfEmpty(const QTextBlock &block)
     }
 }
 
+void makePlain(QTextDocument &document)
+{
+    QStringList lines = document.toPlainText().split(QLatin1Char{'\n'}, Qt::SkipEmptyParts);
+    if (lines.size() > mostLines) {
+        lines = lines.mid(0, mostLines) << QString{QChar{0x2026}};
+    }
+    document.setPlainText(beginning(lines.join(QLatin1Char{'\n'}), longestText));
+}
+
 void disarm(QTextDocument &document)
 {
-    if (!canBeLaidOut(document)) {
-        const QStringList lines =
-            document.toPlainText().split(QLatin1Char{'\n'}, Qt::SkipEmptyParts);
-        document.setPlainText(lines.join(QLatin1Char{'\n'}));
-        return;
-    }
-
     // Not the fragments themselves: they change as their neighbours do.
     struct Suspect
     {
@@ -158,7 +183,8 @@ NoticeText::NoticeText(const QString &text, QWidget *parent)
     // For a label without a name, assistive technology gets a text that is parsed once more, in a
     // document that loads what it likes.
     setAccessibleName(QStringLiteral(" "));
-    setText(linkStyle() + text);
+    const bool parsed = canBeParsed(text);
+    setText(linkStyle() + (parsed ? text : plainMarkup(text, longestMarkup)));
 
     // The label has made its document by now, but parses the text only when it is measured.
     auto *const document = findChild<QTextDocument *>();
@@ -166,7 +192,11 @@ NoticeText::NoticeText(const QString &text, QWidget *parent)
     document->setParent(new ResourceRefusal{this});
     document->setDocumentLayout(new NoLayout{document});
     sizeHint();
-    disarm(*document);
+    if (parsed && canBeLaidOut(*document)) {
+        disarm(*document);
+    } else {
+        makePlain(*document);
+    }
     document->setDocumentLayout(nullptr);
     if (!document->isEmpty()) {
         setAccessibleName(document->toPlainText());

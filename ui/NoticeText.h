@@ -10,8 +10,12 @@ namespace ui {
 /// reading it aloud loads nothing: no image, style or other resource from any file, device or
 /// host. An image leaves nothing behind, and a tool tip asked for by the markup is not shown.
 /// Links to http, https and mailto addresses open outside the program; every other link is plain
-/// text. Tables too many or too deep to be laid out in reasonable time turn the whole into plain
 /// text.
+///
+/// What would keep the window from answering is shown as plain text: tables too many or too deep,
+/// more than 1,000 elements, more than 30,000 characters with markup or 25,000 without. Of such a
+/// text the first 1,000 lines or 25,000 characters are shown, and an ellipsis if there are more;
+/// text() is then without markup, too, if that could not be parsed at all.
 class NoticeText : public LinkLabel
 {
     Q_OBJECT

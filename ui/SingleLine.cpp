@@ -17,12 +17,18 @@ bool breaksTheLine(QChar c)
 
 } // namespace
 
+QString beginning(const QString &text, int length)
+{
+    if (text.size() <= length) {
+        return text;
+    }
+    const bool cutInHalf = length > 0 && text.at(length - 1).isHighSurrogate();
+    return text.left(cutInHalf ? length - 1 : length) + ellipsis;
+}
+
 QString singleLine(const QString &text, int length)
 {
-    QString line = text;
-    if (text.size() > length) {
-        line = text.left(text.at(length - 1).isHighSurrogate() ? length - 1 : length) + ellipsis;
-    }
+    QString line = beginning(text, length);
     std::replace_if(line.begin(), line.end(), breaksTheLine, QLatin1Char{' '});
     return line;
 }

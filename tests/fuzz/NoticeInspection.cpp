@@ -69,7 +69,11 @@ void inspectFrames(const QTextFrame &frame, int depth)
 void inspectNotice(ui::NoticeDialog &dialog, const QString &text)
 {
     const auto *const label = dialog.findChild<ui::NoticeText *>();
-    require(label != nullptr && label->text().endsWith(text), "another notice:", text);
+    // What has too many elements to be parsed loses them.
+    constexpr int mostElements = 1'000;
+    require(label != nullptr &&
+                (label->text().endsWith(text) || text.count(QLatin1Char{'<'}) > mostElements),
+            "another notice:", text);
 
     const auto *const document = label->findChild<QTextDocument *>();
     require(document != nullptr, "a notice without a document");
