@@ -512,18 +512,17 @@ void tst_MenuItem::hoverRepaints()
     MenuItem row{MenuItem::Gear, QStringLiteral("Text"), &window};
     row.setStyle(style.get());
     row.setGeometry(0, 0, rowWidth, rowHeight);
-    QTest::mouseMove(&window, {300, 150});
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTest::mouseMove(&window, {301, 151});
+    QTest::mouseMove(window.windowHandle(), {301, 151});
     QCoreApplication::processEvents();
 
     Paints paints;
     row.installEventFilter(&paints);
-    QTest::mouseMove(&window, {50, 20});
+    QTest::mouseMove(window.windowHandle(), {50, 20});
     QTRY_VERIFY(row.underMouse());
     QTRY_COMPARE(paints.count, 1);
-    QTest::mouseMove(&window, {300, 150});
+    QTest::mouseMove(window.windowHandle(), {300, 150});
     QTRY_VERIFY(!row.underMouse());
     QTRY_COMPARE(paints.count, 2);
 }

@@ -889,7 +889,7 @@ void tst_ServiceClient::endlessLineLeavesRoomForOthers()
     for (int i = 0; i < portions; ++i) {
         service.write(portion);
     }
-    TRY_COMPARE(link.socket->bytesAvailable(), portions * portion.size());
+    TRY_COMPARE(link.socket->bytesAvailable(), qint64{portions} * portion.size());
     QVERIFY(link.events.isEmpty());
     if (QSysInfo::kernelType() == QLatin1String{"winnt"}) {
         const char *const reason = "Seen under Wine: until all is read, timers have to wait";

@@ -32,7 +32,7 @@ QByteArray askStatus()
 bool ClientSession::startClient()
 {
     service.clear();
-    client = start(clientProgram());
+    client = start(program);
     if (!waitFor([this] { return visibleWindows(clientTitle()).size() == 1; })) {
         qWarning("No window of the program; it says: %s",
                  client->readAllStandardError().constData());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/Client.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/ScriptedService.h"
 
@@ -27,6 +28,11 @@ public:
     static constexpr QPoint referralRow{80, 98};
     static constexpr QPoint supportRow{80, 154};
     static constexpr QPoint backButton{32, 30};
+
+    /// With another build of the program than the tests' own, if a path is given.
+    explicit ClientSession(const QString &path = clientProgram())
+        : program(path)
+    {}
 
     /// Starts the program and waits for its window.
     [[nodiscard]] bool startClient();
@@ -65,6 +71,8 @@ public:
 private:
     bool isMapped(Window which) const;
     bool changesFrom(const QImage &before);
+
+    QString program;
 };
 
 /// The middles of the copy buttons on a picture of the support page, from the top.
