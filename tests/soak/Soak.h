@@ -104,10 +104,13 @@ private:
     QByteArray randomLines(int count);
     void write(const QByteArray &bytes);
 
-    Testimony look();
+    /// See Witness.
+    Testimony look(const char *question = "\n");
     void await(const char *what, const Condition &condition);
     /// Waits until the program shows what the model says, and has sent it.
     void agree(const char *what);
+    /// The same when all that was written has been taken in.
+    void settle(const char *what);
     void agreeOnDisplay(const char *what);
     void note(const QString &action);
     [[noreturn]] void fail(const QString &what, const Testimony *seen = nullptr) const;
@@ -126,6 +129,7 @@ private:
     /// The loss of the link has been seen, and no line has been sent since.
     bool down = false;
     int noticeNumber = 0;
+    int marker = 0;
     Counts counts;
     QStringList actions;
 };

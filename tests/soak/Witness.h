@@ -9,8 +9,8 @@ class QLocalSocket;
 namespace soak {
 
 /// Tells from inside a program what it shows and what it holds: one line of JSON for each line
-/// that comes in at the local socket which the plugin was given the path of. Between two questions
-/// it does nothing.
+/// that comes in at the local socket which the plugin was given the path of. For the line "trim" it
+/// first gives free memory back to the system. Between two questions it does nothing.
 class Witness : public QObject
 {
     Q_OBJECT
