@@ -170,7 +170,7 @@ QList<SourceText> readTranslationSource(const QString &path)
 
 QString sourceTree()
 {
-    return QFileInfo{QFINDTESTDATA("../CMakeLists.txt")}.absolutePath();
+    return QFileInfo{QStringLiteral(IXOVPN_TESTS)}.absolutePath();
 }
 
 } // namespace

@@ -69,7 +69,7 @@ QByteArray listed(const QList<Place> &places)
 
 QByteArray reference(const QString &page)
 {
-    QFile file{QFINDTESTDATA("references/layout") + QLatin1Char{'/'} + page};
+    QFile file{QStringLiteral(IXOVPN_TESTS "/references/layout/") + page};
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
 }
 

@@ -425,7 +425,7 @@ void tst_MenuItem::iconsMatchReferences()
     QFETCH(MenuItem::Kind, kind);
     QFETCH(int, scale);
     QFETCH(QString, file);
-    const QDir folder{QFINDTESTDATA("references/menuitem")};
+    const QDir folder{QStringLiteral(IXOVPN_TESTS "/references/menuitem")};
     Row row{kind};
     QImage image = picture(row, panelColour, scale);
     image = image.copy(QRect{iconArea.topLeft() * scale, iconArea.size() * scale});

@@ -598,9 +598,8 @@ void Soak::press(const QPoint &point)
     const QPoint place = origin + point;
     session.run(QStringLiteral("xdotool"),
                 {QStringLiteral("mousemove"), QString::number(place.x()),
-                 QString::number(place.y()), QStringLiteral("click"), QStringLiteral("1"),
-                 QStringLiteral("mousemove"), QString::number(aside.x()),
-                 QString::number(aside.y())});
+                 QString::number(place.y()), QStringLiteral("click"), QStringLiteral("1")});
+    session.moveMouse(aside);
 }
 
 void Soak::keys(const QStringList &names)
@@ -677,7 +676,7 @@ Testimony Soak::look(const char *question)
             fail(QStringLiteral("The window does not answer"));
         }
     }
-    const Testimony seen{QJsonDocument::fromJson(witness.readLine()).object()};
+    Testimony seen{QJsonDocument::fromJson(witness.readLine()).object()};
     if (down && seen.state == State::On) {
         fail(QStringLiteral("Connected without a link"), &seen);
     }
