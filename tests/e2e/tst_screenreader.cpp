@@ -447,30 +447,30 @@ void tst_ScreenReader::actionIsAClick()
             click({180, 214});
         },
     };
-    for (const auto &press : ways) {
+    for (const auto &use : ways) {
         service->sendLine("status: stopped");
         QVERIFY(waitFor([&] { return find(notification, QStringLiteral("Idle")) != nullptr; }));
-        press();
+        use();
         QVERIFY(receives(connectLine));
         QVERIFY(waitFor([&] { return reader->states(toggle).contains(QStringLiteral("busy")); }));
 
         service->sendLine("status: running");
         QVERIFY(waitFor(
             [&] { return reader->states(toggle) == QStringList{QStringLiteral("checked")}; }));
-        press();
+        use();
         QVERIFY(receives(disconnectLine));
 
         service->sendLine("error: no route");
         QVERIFY(waitFor([&] { return find(notification, QStringLiteral("Error")) != nullptr; }));
-        press();
+        use();
         QVERIFY(receives(connectLine));
 
         // While it is busy nothing comes of it; the last press is the proof that it had its turn.
-        press();
+        use();
         service->sendLine("status: running");
         QVERIFY(
             waitFor([&] { return find(notification, QStringLiteral("Connected")) != nullptr; }));
-        press();
+        use();
         QVERIFY(waitFor([&] { return !service->lines().isEmpty(); }));
         QCOMPARE(service->lines(), QList<QByteArray>{disconnectLine});
         service->clear();

@@ -38,7 +38,7 @@ Figures Figures::of(qint64 process)
                               .size();
     figures.threads = threads.size();
     figures.proportional = static_cast<int>(sumIn(memory, {"Pss:"}));
-    figures.ownPages = static_cast<int>(sumIn(memory, {"Private_Clean:", "Private_Dirty:"}));
+    figures.written = static_cast<int>(sumIn(memory, {"Private_Dirty:"}));
     for (const QString &thread : threads) {
         figures.wakeUps += sumIn(folder + QStringLiteral("task/%1/status").arg(thread),
                                  {"voluntary_ctxt_switches:"});

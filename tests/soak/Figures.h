@@ -11,9 +11,10 @@ struct Figures
 
     int descriptors = 0;
     int threads = 0;
-    /// Proportional set size, and what it does not share with any other process, in KiB.
+    /// Proportional set size, and what it has written to and shares with nobody, in KiB. Of the
+    /// former, how much of the mapped files is there is the system's choice.
     int proportional = 0;
-    int ownPages = 0;
+    int written = 0;
     /// Context switches of all threads since the process began that they asked for.
     qint64 wakeUps = 0;
 };

@@ -222,7 +222,7 @@ void Soak::compare(const Holdings &before, const Holdings &after) const
         Row{"windows", before.inside.windows, after.inside.windows, 0},
         Row{"objects", before.inside.objects, after.inside.objects, 0},
         Row{"idle wake-ups", before.wakeUps, after.wakeUps, 0},
-        Row{"memory of its own, KiB", before.process.ownPages, after.process.ownPages,
+        Row{"memory of its own, KiB", before.process.written, after.process.written,
             memoryToleranceKiB},
     };
     // Others share the rest, and its size depends on how many there are at the moment.
@@ -595,6 +595,8 @@ void Soak::flood()
 
 void Soak::press(const QPoint &point)
 {
+    // As somebody who has seen that the window is in front.
+    await("the window to be active", [](const Testimony &seen) { return seen.active; });
     const QPoint place = origin + point;
     session.run(QStringLiteral("xdotool"),
                 {QStringLiteral("mousemove"), QString::number(place.x()),

@@ -23,6 +23,8 @@ struct Testimony
     /// The class of the open dialog; empty if there is none, or it has not got the keyboard yet.
     QString dialog;
     bool anyDialog;
+    /// One of its windows has the keyboard.
+    bool active;
     /// Wholly open, and there at all.
     bool menu;
     bool menuShows;

@@ -125,6 +125,7 @@ QJsonObject Witness::testimony()
     told[QStringLiteral("settings")] = isVisible("ui::SettingsDialog");
     told[QStringLiteral("support")] = isVisible("ui::SupportDialog");
 
+    told[QStringLiteral("active")] = QApplication::activeWindow() != nullptr;
     const QWidget *const dialog = QApplication::activeModalWidget();
     if (dialog != nullptr) {
         const bool ready = dialog->isVisible() && dialog->isActiveWindow();
@@ -141,7 +142,12 @@ QJsonObject Witness::testimony()
     told[QStringLiteral("focus")] =
         focus != nullptr ? QString::fromLatin1(focus->metaObject()->className()) : QString{};
 
-    // Not those that belong to the answer to come.
+    // Not those that belong to the answer to come, nor those that throw away what is kept of fonts
+    // and pixmaps and has not been used for a while. The cache of fonts has no name of its own.
+    const auto isCache = [](const QObject *object) {
+        const char *const kind = object->metaObject()->className();
+        return qstrcmp(kind, "QPMCache") == 0 || qstrcmp(kind, "QObject") == 0;
+    };
     QJsonObject kinds;
     int timers = 0;
     {
@@ -150,7 +156,7 @@ QJsonObject Witness::testimony()
         told[QStringLiteral("objects")] = static_cast<int>(living().objects.size());
         for (QObject *const object : living().objects) {
             if (object->thread() == QThread::currentThread()) {
-                timers += dispatcher->registeredTimers(object).size();
+                timers += isCache(object) ? 0 : dispatcher->registeredTimers(object).size();
                 const QString kind = QString::fromLatin1(object->metaObject()->className());
                 kinds[kind] = kinds[kind].toInt() + 1;
             }

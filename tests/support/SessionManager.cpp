@@ -119,9 +119,9 @@ private:
             [](SmsConn asking, SmPointer) { SmsSaveYourselfPhase2(asking); }, manager};
         callbacks->save_yourself_done = {&Private::onSaved, manager};
         callbacks->close_connection = {
-            [](SmsConn leaving, SmPointer data, int count, char **reasons) {
+            [](SmsConn closing, SmPointer data, int count, char **reasons) {
                 SmFreeReasons(count, reasons);
-                self(data)->forget(SmsGetIceConnection(leaving));
+                self(data)->forget(SmsGetIceConnection(closing));
             },
             manager};
         callbacks->set_properties = {[](SmsConn, SmPointer, int count, SmProp **properties) {
