@@ -51,6 +51,23 @@ bool send(const QByteArray &datagram,
 
 const QByteArray request = "show\n\n\n";
 
+// With a start-up id that makes it as long as this.
+QByteArray requestOf(int bytes)
+{
+    return "show\n" + QByteArray(bytes - request.size(), 'x') + "\n\n";
+}
+
+constexpr int longestRequest = 1024;
+
+class Window : public QWidget
+{
+public:
+    int hidings = 0;
+
+protected:
+    void hideEvent(QHideEvent * /*event*/) override { ++hidings; }
+};
+
 } // namespace
 
 class tst_SingleInstance : public QObject
@@ -67,8 +84,10 @@ private Q_SLOTS:
     void placeIsPrivate();
     void laterStartShowsTheWindow();
     void laterStartBringsBackAMinimisedWindow();
+    void laterStartLeavesAVisibleWindowVisible();
     void laterStartBeforeThereIsAWindow();
     void requestWithStartupId();
+    void longestRequestStillWorks();
     void otherBytesDoNothing_data();
     void otherBytesDoNothing();
     void halvesDoNothing();
@@ -180,6 +199,24 @@ void tst_SingleInstance::laterStartBringsBackAMinimisedWindow()
     QVERIFY(window.isVisible());
 }
 
+// Hidden and shown again it would flicker, and some window managers would move it.
+void tst_SingleInstance::laterStartLeavesAVisibleWindowVisible()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    Window window;
+    const SingleInstance::ShowRequests requests{first, &window};
+    window.show();
+    QWidget inFront;
+    inFront.show();
+    inFront.activateWindow();
+    QTRY_VERIFY(inFront.isActiveWindow());
+
+    QVERIFY(send(request));
+    QTRY_VERIFY(window.isActiveWindow());
+    QCOMPARE(window.hidings, 0);
+}
+
 void tst_SingleInstance::laterStartBeforeThereIsAWindow()
 {
     SingleInstance first;
@@ -217,6 +254,17 @@ void tst_SingleInstance::requestWithStartupId()
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
+void tst_SingleInstance::longestRequestStillWorks()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+
+    QVERIFY(send(requestOf(longestRequest)));
+    QTRY_VERIFY(window.isVisible());
+}
+
 void tst_SingleInstance::otherBytesDoNothing_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -232,7 +280,8 @@ void tst_SingleInstance::otherBytesDoNothing_data()
     QTest::newRow("zero bytes") << QByteArray(64, '\0');
     QTest::newRow("zero byte in the word") << QByteArray("sh\0ow\n\n\n", 9);
     QTest::newRow("invalid UTF-8") << QByteArray("\xff\xfe\n\n\n");
-    QTest::newRow("too long") << QByteArray("show\n" + QByteArray(5000, 'x') + "\n\n");
+    QTest::newRow("a byte too long") << requestOf(longestRequest + 1);
+    QTest::newRow("much too long") << requestOf(5000);
     QTest::newRow("a command of the service link") << QByteArray(R"({"cmd":"connect"})"
                                                                  "\n");
 }
