@@ -3,6 +3,7 @@
 #include "ipc/ServiceClient.h"
 #include "ui/PillLabel.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -78,6 +79,8 @@ private Q_SLOTS:
     void shownAsItCame_data();
     void shownAsItCame();
     void linesInManyPieces();
+    void readersHearTheSwitch_data();
+    void readersHearTheSwitch();
 
     void clickWithLink_data();
     void clickWithLink();
@@ -296,6 +299,39 @@ void tst_MainWindowStatus::linesInManyPieces()
     QVERIFY(
         support::waitFor([&] { return bench.pill()->text() == QStringLiteral("Config 5 bytes"); }));
     QCOMPARE(bench.status()->text(), QStringLiteral("Connected"));
+}
+
+void tst_MainWindowStatus::readersHearTheSwitch_data()
+{
+    QTest::addColumn<Way>("way");
+
+    const QList<Way> ways = everyState();
+    for (const Way &way : ways) {
+        QTest::newRow(way.name) << way;
+    }
+}
+
+void tst_MainWindowStatus::readersHearTheSwitch()
+{
+    QFETCH(Way, way);
+    const bool changing = way.state == State::Connecting || way.state == State::Disconnecting;
+    const bool checked = way.state == State::On || way.state == State::Disconnecting;
+
+    WindowBench bench;
+    QVERIFY(bench.greeted());
+    // From another state, so that it is not the first one that is heard.
+    QVERIFY(bench.say(way.state == State::On ? "status: stopped" : "status: running"));
+    QVERIFY(bench.say(way.lines));
+
+    const QAccessibleInterface *const heard = QAccessible::queryAccessibleInterface(bench.toggle());
+    QVERIFY(heard != nullptr);
+    QCOMPARE(heard->role(), QAccessible::CheckBox);
+    QCOMPARE(heard->text(QAccessible::Description), way.status);
+    const QAccessible::State state = heard->state();
+    QVERIFY(state.checkable != 0);
+    QCOMPARE(state.checked != 0, checked);
+    QCOMPARE(state.busy != 0, changing);
+    QCOMPARE(state.disabled != 0, changing);
 }
 
 void tst_MainWindowStatus::clickWithLink_data()

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QScreen>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QToolTip>
@@ -21,6 +22,7 @@ using ui::PillLabel;
 namespace {
 
 constexpr QChar ellipsis{0x2026};
+constexpr int lineLimit = 256;
 constexpr int toolTipLimit = 2000;
 
 /// As the pill of the main window is styled, in any font.
@@ -100,12 +102,15 @@ private Q_SLOTS:
     void followsItsWidth();
     void neverAsksForMuch();
     void noHalfCharacters();
+    void shownUpToItsLimit();
 
     void noToolTipForWholeText_data();
     void noToolTipForWholeText();
     void toolTipHoldsMore();
     void toolTipEndsAtItsLimit();
     void toolTipShowsMarkup();
+    void toolTipRunsAsItBegins_data();
+    void toolTipRunsAsItBegins();
     void toolTipIsOnTheScreen_data();
     void toolTipIsOnTheScreen();
     void toolTipGoesWithTheLongText();
@@ -338,6 +343,16 @@ void tst_PillLabel::noHalfCharacters()
     }
 }
 
+void tst_PillLabel::shownUpToItsLimit()
+{
+    Pill wide{repeated(".", lineLimit), 20000};
+    QCOMPARE(wide.shownText(), wide.text());
+    QVERIFY(toolTipOf(wide).isEmpty());
+    wide.setText(repeated(".", lineLimit + 1));
+    QCOMPARE(wide.shownText(), repeated(".", lineLimit) + ellipsis);
+    QCOMPARE(toolTipOf(wide), wide.text());
+}
+
 void tst_PillLabel::noToolTipForWholeText_data()
 {
     QTest::addColumn<QString>("text");
@@ -391,6 +406,32 @@ void tst_PillLabel::toolTipShowsMarkup()
     QCOMPARE(toolTipOf(pill), text);
     QVERIFY(!QToolTip::text().contains(QLatin1String{"<b>"}));
     QVERIFY(!QToolTip::text().contains(QLatin1String{"<img"}));
+}
+
+void tst_PillLabel::toolTipRunsAsItBegins_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+
+    QTest::newRow("to the left") << QStringLiteral("שגיאה ") + repeated("no route to host ", 20)
+                                 << Qt::RightToLeft;
+    QTest::newRow("to the right") << QStringLiteral("error ") + repeated("שגיאה ברשת ", 30)
+                                  << Qt::LeftToRight;
+}
+
+// Each of its lines, whatever that one begins with.
+void tst_PillLabel::toolTipRunsAsItBegins()
+{
+    QFETCH(QString, text);
+    QFETCH(Qt::LayoutDirection, direction);
+    Pill pill{text};
+    QVERIFY(!toolTipOf(pill).isEmpty());
+    QTextDocument lines;
+    lines.setHtml(QToolTip::text());
+    QVERIFY(lines.blockCount() > 1);
+    for (QTextBlock line = lines.begin(); line.isValid(); line = line.next()) {
+        QCOMPARE(line.textDirection(), direction);
+    }
 }
 
 void tst_PillLabel::toolTipIsOnTheScreen_data()

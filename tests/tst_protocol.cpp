@@ -94,6 +94,7 @@ void tst_Protocol::states_data()
     row("disconnected by peer", ServiceState::Unknown);
     row("subscription_expired ", ServiceState::Unknown);
     row("Failed", ServiceState::Unknown);
+    row("faile", ServiceState::Unknown);
     row("paused", ServiceState::Unknown);
     row("", ServiceState::Unknown);
 }
