@@ -370,17 +370,20 @@ void tst_Pages::supportLink_data()
     QTest::newRow("keyboard") << true;
 }
 
-// In the place of the command that opens addresses stands one that only writes them down.
+// In the place of the command that opens addresses stands one that only writes them down, and what
+// the toolkit of the program that shows them would be told.
 void tst_Pages::supportLink()
 {
     QFETCH(bool, byKeyboard);
     const QString folder = QStringLiteral("/tmp/stand-in");
     const QString record = folder + QStringLiteral("/opened");
+    const QString inherited = folder + QStringLiteral("/inherited");
     QDir::root().mkpath(folder);
     QFile::remove(record);
     QFile script{folder + QStringLiteral("/xdg-open")};
     QVERIFY(script.open(QIODevice::WriteOnly));
-    script.write("#!/bin/sh\nprintf '%s\\n' \"$@\" >>" + record.toLatin1() + '\n');
+    script.write("#!/bin/sh\nenv | grep ^QT_ >" + inherited.toLatin1() +
+                 "\nprintf '%s\\n' \"$@\" >>" + record.toLatin1() + '\n');
     script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     script.close();
 
@@ -388,6 +391,8 @@ void tst_Pages::supportLink()
     session.setVariable(QStringLiteral("PATH"),
                         folder + QLatin1Char{':'} +
                             session.environment().value(QStringLiteral("PATH")));
+    session.setVariable(QStringLiteral("QT_QTESTLIB_RUNNING"), {});
+    session.setVariable(QStringLiteral("QT_CHOSEN_BY_THE_USER"), QStringLiteral("1"));
     QVERIFY(session.startClient());
     QVERIFY(session.openPage(ClientSession::supportRow));
     if (byKeyboard) {
@@ -400,6 +405,9 @@ void tst_Pages::supportLink()
     QVERIFY(waitFor([&] { return opened.size() > 0; }));
     QVERIFY(opened.open(QIODevice::ReadOnly));
     QCOMPARE(opened.readAll(), QByteArrayLiteral(IXOVPN_SUPPORT_LINK "\n"));
+    QFile variables{inherited};
+    QVERIFY(variables.open(QIODevice::ReadOnly));
+    QCOMPARE(variables.readAll(), QByteArrayLiteral("QT_CHOSEN_BY_THE_USER=1\n"));
     QCOMPARE(session.client->state(), QProcess::Running);
 }
 
