@@ -11,6 +11,8 @@ class tst_PlainMarkup : public QObject
 private Q_SLOTS:
     void elements_data();
     void elements();
+    void inLine_data();
+    void inLine();
     void length();
     void hostile_data();
     void hostile();
@@ -53,6 +55,21 @@ void tst_PlainMarkup::elements()
     QFETCH(QString, markup);
     QFETCH(QString, plain);
     QCOMPARE(plainMarkup(markup, 100), plain);
+}
+
+void tst_PlainMarkup::inLine_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *const name : {"a", "b", "i", "u", "s", "em", "strong", "span", "font", "big",
+                                   "small", "code", "tt", "sub", "sup", "img"}) {
+        QTest::newRow(name) << QString::fromLatin1(name);
+    }
+}
+
+void tst_PlainMarkup::inLine()
+{
+    QFETCH(QString, name);
+    QCOMPARE(plainMarkup(QStringLiteral("a<%1>b</%1>c").arg(name), 100), QStringLiteral("abc"));
 }
 
 void tst_PlainMarkup::length()
