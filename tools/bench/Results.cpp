@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iomanip>
 #include <stdexcept>
 
 namespace bench {
@@ -34,7 +35,7 @@ Results::Results(const std::string &folder, const std::string &measurement)
 
 void Results::add(int round, const std::string &program, const std::string &quantity, double value)
 {
-    file << round << ',' << program << ',' << quantity << ',' << value << std::endl;
+    file << round << ',' << std::quoted(program) << ',' << quantity << ',' << value << std::endl;
     figures[{program, quantity}].push_back(value);
 }
 
