@@ -33,7 +33,6 @@ struct Testimony
     /// Rows of the window that the switch takes.
     int switchTop;
     int switchBottom;
-    QString focus;
 
     int objects;
     int timers;

@@ -138,9 +138,6 @@ QJsonObject Witness::testimony()
             }
         }
     }
-    const QWidget *const focus = QApplication::focusWidget();
-    told[QStringLiteral("focus")] =
-        focus != nullptr ? QString::fromLatin1(focus->metaObject()->className()) : QString{};
 
     // Not those that belong to the answer to come, nor those that throw away what is kept of fonts
     // and pixmaps and has not been used for a while. The cache of fonts has no name of its own.
