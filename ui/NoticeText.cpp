@@ -4,6 +4,7 @@
 #include "ui/SingleLine.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QSet>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -11,6 +12,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -23,11 +25,21 @@ constexpr int deepestTable = 5;
 constexpr int mostCells = 10'000;
 
 // The toolkit takes a time that is quadratic in the number of elements and lines, and up to some
-// ten milliseconds for a thousand characters. With these it stays below a second or so.
-constexpr int mostElements = 1'000;
+// two hundred milliseconds for a thousand characters. With these it stays below a second or so.
+constexpr int mostTags = 1'000;
 constexpr int longestMarkup = 30'000;
-constexpr int longestText = 25'000;
+constexpr int longestText = 6'000;
 constexpr int mostLines = 1'000;
+
+// Each rule of a style is held against each element and all that the element stands in.
+constexpr int mostStyledTags = 20;
+constexpr int longestStyledMarkup = 2'000;
+
+// Each font is looked for, and one more for every script that it lacks.
+constexpr int mostFonts = 20;
+
+// Where lines and distances add up to some million pixels, the layout never ends.
+constexpr double largestMeasure = 500.0;
 
 QString linkStyle()
 {
@@ -92,13 +104,50 @@ bool canBeParsed(const QString &markup)
     const auto costs = [](QChar c) {
         return c == QLatin1Char{'<'} || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
     };
-    return markup.size() <= longestMarkup &&
-           std::count_if(markup.cbegin(), markup.cend(), costs) <= mostElements;
+    const bool styled = markup.contains(QLatin1String{"<style"}, Qt::CaseInsensitive);
+    return markup.size() <= (styled ? longestStyledMarkup : longestMarkup) &&
+           std::count_if(markup.cbegin(), markup.cend(), costs) <=
+               (styled ? mostStyledTags : mostTags);
+}
+
+double measureIn(const QVariant &property)
+{
+    switch (property.userType()) {
+    case QMetaType::Int:
+    case QMetaType::Double:
+        return property.toDouble();
+    case QMetaType::QTextLength:
+        return property.value<QTextLength>().rawValue();
+    default:
+        return 0.0;
+    }
+}
+
+bool isModest(const QTextFormat &format)
+{
+    const QMap<int, QVariant> properties = format.properties();
+    return std::all_of(properties.cbegin(), properties.cend(), [](const QVariant &property) {
+        return std::abs(measureIn(property)) <= largestMeasure;
+    });
+}
+
+bool areModest(const QVector<QTextFormat> &formats)
+{
+    QSet<QString> fonts;
+    for (const QTextFormat &format : formats) {
+        if (!isModest(format)) {
+            return false;
+        }
+        if (format.isCharFormat()) {
+            fonts += format.toCharFormat().font().key();
+        }
+    }
+    return fonts.size() <= mostFonts;
 }
 
 bool canBeLaidOut(const QTextDocument &document)
 {
-    if (document.characterCount() - 1 > longestText) {
+    if (document.characterCount() - 1 > longestText || !areModest(document.allFormats())) {
         return false;
     }
     qint64 cells = 0;

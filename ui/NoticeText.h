@@ -12,10 +12,12 @@ namespace ui {
 /// Links to http, https and mailto addresses open outside the program; every other link is plain
 /// text.
 ///
-/// What would keep the window from answering is shown as plain text: tables too many or too deep,
-/// more than 1,000 elements, more than 30,000 characters with markup or 25,000 without. Of such a
-/// text the first 1,000 lines or 25,000 characters are shown, and an ellipsis if there are more;
-/// text() is then without markup, too, if that could not be parsed at all.
+/// What would keep the window from answering is shown as plain text: more than 1,000 tags, closing
+/// ones included, or 30,000 characters with them; a style element with more than 20 tags or 2,000
+/// characters in all; more than 6,000 characters without markup; tables too many or too deep; more
+/// than 20 fonts; a measure of more than 500, whatever its unit. Of such a text the first 1,000
+/// lines or 6,000 characters are shown, and an ellipsis if there are more; text() is then without
+/// markup, too, if that could not be parsed at all.
 class NoticeText : public LinkLabel
 {
     Q_OBJECT

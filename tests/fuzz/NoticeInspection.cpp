@@ -69,10 +69,11 @@ void inspectFrames(const QTextFrame &frame, int depth)
 void inspectNotice(ui::NoticeDialog &dialog, const QString &text)
 {
     const auto *const label = dialog.findChild<ui::NoticeText *>();
-    // What has too many elements to be parsed loses them.
-    constexpr int mostElements = 1'000;
-    require(label != nullptr &&
-                (label->text().endsWith(text) || text.count(QLatin1Char{'<'}) > mostElements),
+    // What is too much to be parsed loses its markup; with a style, little is too much.
+    constexpr int mostTags = 1'000;
+    const bool mayLoseMarkup = text.count(QLatin1Char{'<'}) > mostTags ||
+                               text.contains(QLatin1String{"<style"}, Qt::CaseInsensitive);
+    require(label != nullptr && (label->text().endsWith(text) || mayLoseMarkup),
             "another notice:", text);
 
     const auto *const document = label->findChild<QTextDocument *>();
