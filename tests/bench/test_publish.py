@@ -25,6 +25,10 @@ OF_ANOTHER_FORM = {
     "size": "program,bytes\nclient,9\n",
 }
 FORM = 'round,program,quantity,value\n1,"client, on",ms,4\n2,"client, on",ms,6\n'
+AIMS = (
+    "program,quantity,what,figure,aim,verdict\n"
+    '"client, on",ms,"ratio to floor, on",2.504,2,MISSED\n'
+)
 
 
 def ran(*command):
@@ -77,6 +81,7 @@ class Publishing(unittest.TestCase):
         for name in MEASUREMENTS:
             if name not in left_out:
                 (self.figures / f"{name}.csv").write_text(OF_ANOTHER_FORM.get(name, FORM))
+        (self.figures / "memory aims.csv").write_text(AIMS)
         self.record("end", self.figures)
 
     def publish(self):
@@ -99,7 +104,9 @@ class Publishing(unittest.TestCase):
         self.assertRegex(page, re.compile(r"^\| Load before the run \| \d+\.\d ", re.M))
         self.assertNotIn("ended", page)
         self.assertEqual(page.count("\n## "), len(MEASUREMENTS))
-        self.assertIn("| client, on | ms | 5 | 4 | 6 | 2 |", page)
+        row = "| client, on | ms | 5 | 4 | 6 | 2 |"
+        self.assertEqual(page.count(f"{row}  |"), len(MEASUREMENTS) - len(OF_ANOTHER_FORM) - 1)
+        self.assertIn(f"{row} ratio to floor, on 2.50, at most 2: MISSED |", page)
         self.assertEqual((self.docs / "performance/start.csv").read_text(), FORM)
 
     def test_part_of_a_run(self):

@@ -7,15 +7,6 @@
 
 namespace bench {
 
-namespace {
-
-const char *verdict(bool met)
-{
-    return met ? "met" : "MISSED";
-}
-
-} // namespace
-
 double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
@@ -25,11 +16,13 @@ double median(std::vector<double> values)
 
 Results::Results(const std::string &folder, const std::string &measurement)
     : file(folder + '/' + measurement + ".csv")
+    , aims(folder + '/' + measurement + " aims.csv")
 {
-    if (!file) {
+    if (!file || !aims) {
         throw std::runtime_error{"cannot write in " + folder};
     }
     file << "round,program,quantity,value\n";
+    aims << "program,quantity,what,figure,aim,verdict\n";
     std::printf("\n%s\n", measurement.c_str());
 }
 
@@ -48,23 +41,27 @@ void Results::print(const std::string &program, const std::string &quantity) con
     std::fflush(stdout);
 }
 
-void Results::printRatio(const std::string &quantity, const std::string &program,
-                         const std::string &floor, double aim) const
+void Results::judgeRatio(const std::string &quantity, const std::string &program,
+                         const std::string &floor, double aim)
 {
     const double ratio =
         median(figures.at({program, quantity})) / median(figures.at({floor, quantity}));
-    std::printf("  %-57s %10.2f   aim: at most %.2f, %s\n", ("ratio of " + quantity).c_str(), ratio,
-                aim, verdict(ratio <= aim));
-    std::fflush(stdout);
+    judge({program, quantity}, "ratio to " + floor, ratio, aim);
 }
 
-void Results::printLargest(const std::string &program, const std::string &quantity,
-                           double aim) const
+void Results::judgeLargest(const std::string &program, const std::string &quantity, double aim)
 {
     const std::vector<double> &values = figures.at({program, quantity});
-    const double most = *std::max_element(values.begin(), values.end());
-    std::printf("  %-57s %10.2f   aim: at most %.2f, %s\n", ("largest " + quantity).c_str(), most,
-                aim, verdict(most <= aim));
+    judge({program, quantity}, "largest", *std::max_element(values.begin(), values.end()), aim);
+}
+
+void Results::judge(const Key &key, const std::string &what, double figure, double aim)
+{
+    const char *const verdict = figure <= aim ? "met" : "MISSED";
+    aims << std::quoted(key.first) << ',' << key.second << ',' << std::quoted(what) << ',' << figure
+         << ',' << aim << ',' << verdict << std::endl;
+    std::printf("  %-57s %10.2f   aim: at most %.2f, %s\n",
+                (key.first + ": " + key.second + ", " + what).c_str(), figure, aim, verdict);
     std::fflush(stdout);
 }
 

@@ -41,6 +41,7 @@ constexpr std::int64_t betweenPingsMs = 5;
 constexpr int floodLines = 200'000;
 constexpr int delayLines = 40;
 
+// The most that each may come to, as judgeRatio and judgeLargest have it.
 constexpr double startAim = 1.15;
 constexpr double memoryAim = 1.15;
 constexpr double floodAim = 2.0;
@@ -205,7 +206,7 @@ void Bench::start()
         for (const char *name : {"client", "client with a tray", "floor", "floor without OpenGL"}) {
             results.print(name, quantity);
         }
-        results.printRatio(quantity, "client", "floor", startAim);
+        results.judgeRatio(quantity, "client", "floor", startAim);
     }
 }
 
@@ -228,7 +229,7 @@ void Bench::memory()
     results.print("client", quantity);
     results.print("floor", quantity);
     results.print("floor without OpenGL", quantity);
-    results.printRatio(quantity, "client", "floor", memoryAim);
+    results.judgeRatio(quantity, "client", "floor", memoryAim);
 }
 
 Bench::Cost Bench::costOf(const Child &child, std::int64_t ms)
@@ -273,7 +274,7 @@ void Bench::idle()
         results.print(name, "CPU ms");
         results.print(name, "context switches");
     }
-    results.printLargest("client, connected", "context switches", idleAim);
+    results.judgeLargest("client, connected", "context switches", idleAim);
 }
 
 void Bench::floodOnce(Results &results, int round, const std::string &name, const Command &command)
@@ -337,8 +338,8 @@ void Bench::flood()
         results.print("client", quantity);
         results.print("floor", quantity);
     }
-    results.printRatio("ms to the last line's effect", "client", "floor", floodAim);
-    results.printLargest("client", "ms of the slowest answer", answerAimMs);
+    results.judgeRatio("ms to the last line's effect", "client", "floor", floodAim);
+    results.judgeLargest("client", "ms of the slowest answer", answerAimMs);
 }
 
 void Bench::delayOnce(Results &results, const std::string &name, const Command &command,
@@ -405,9 +406,9 @@ void Bench::pulse()
         results.print(name, "CPU ms");
         results.print(name, "context switches");
     }
-    results.printRatio("CPU ms", "client, connecting", "floor, animated", pulseAim);
-    results.printLargest("client, on", "context switches", idleAim);
-    results.printLargest("client, off", "context switches", idleAim);
+    results.judgeRatio("CPU ms", "client, connecting", "floor, animated", pulseAim);
+    results.judgeLargest("client, on", "context switches", idleAim);
+    results.judgeLargest("client, off", "context switches", idleAim);
 }
 
 void Bench::others()
