@@ -936,9 +936,7 @@ void tst_ToggleSwitchPixels::references()
 
     Posed toggle{look};
     QImage image = support::drawn(toggle, ratio, QColor{27, 29, 61}, QImage::Format_RGB32);
-    const QString folder = QStringLiteral(IXOVPN_TESTS "/references/toggleswitch");
-    QVERIFY(!folder.isEmpty());
-    const QString path = folder + QLatin1Char{'/'} + file;
+    const QString path = QStringLiteral(IXOVPN_TESTS "/references/toggleswitch/") + file;
     // After a change of the look: set this, run, and look at every picture before it is kept.
     if (qEnvironmentVariableIsSet("IXOVPN_UPDATE_REFERENCES")) {
         image.setDevicePixelRatio(1.0);
