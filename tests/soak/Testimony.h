@@ -6,8 +6,6 @@
 #include <QJsonObject>
 #include <QString>
 
-class QLocalSocket;
-
 namespace soak {
 
 /// What the program said at one moment about what it shows and holds (see Witness).

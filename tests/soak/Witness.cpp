@@ -9,7 +9,6 @@
 #include <QLabel>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QMetaEnum>
 #include <QThread>
 #include <QWidget>
 #include <QWindow>

@@ -4,7 +4,6 @@
 #include <QObject>
 
 class QJsonObject;
-class QLocalSocket;
 
 namespace soak {
 
