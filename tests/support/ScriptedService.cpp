@@ -13,6 +13,12 @@
 
 namespace support {
 
+namespace {
+
+constexpr qint64 unlimited = 0;
+
+} // namespace
+
 ScriptedService::ScriptedService()
     : server(std::make_unique<QTcpServer>())
 {
@@ -78,8 +84,7 @@ void ScriptedService::reset()
 void ScriptedService::ignoreInput(bool on)
 {
     // A full buffer keeps the toolkit from looking at the connection any more.
-    newest()->setReadBufferSize(on ? 1 : 0);
-    ignoring = on;
+    newest()->setReadBufferSize(on ? 1 : unlimited);
     if (!on) {
         bytes += newest()->readAll();
         Q_EMIT dataReceived();
@@ -95,7 +100,7 @@ void ScriptedService::onNewConnection()
         socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         sockets.push_back(socket);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            if (!ignoring) {
+            if (socket->readBufferSize() == unlimited) {
                 bytes += socket->readAll();
                 Q_EMIT dataReceived();
             }

@@ -67,7 +67,6 @@ private:
     QByteArray bytes;
     int acceptedCount = 0;
     bool resetting = false;
-    bool ignoring = false;
 };
 
 } // namespace support
