@@ -16,13 +16,18 @@
 
 namespace soak {
 
-/// What a run is to do, and what it has done.
-struct Counts
+/// What a run can be told to reach.
+struct Goals
 {
     int losses = 0;
     int changes = 0;
     int languages = 0;
     int notices = 0;
+};
+
+/// What a run has done.
+struct Counts : Goals
+{
     int pages = 0;
     int clicks = 0;
     int stops = 0;
@@ -44,8 +49,8 @@ public:
 
     /// Goes on for so many seconds after it has warmed up.
     void runFor(int seconds);
-    /// Goes on until all that is counted in `wanted` has been done as often.
-    void runUntil(const Counts &wanted);
+    /// Goes on until it has done all of `goals` as often or oftener.
+    void runUntil(const Goals &goals);
 
     const Counts &done() const { return counts; }
     /// The last things that were done, oldest first.

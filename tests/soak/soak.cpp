@@ -40,12 +40,12 @@ int main(int argc, char *argv[])
         };
         try {
             if (parser.isSet(full)) {
-                soak::Counts wanted;
-                wanted.losses = 10'000;
-                wanted.changes = 100'000;
-                wanted.languages = 1'000;
-                wanted.notices = 1'000;
-                soak.runUntil(wanted);
+                soak::Goals goals;
+                goals.losses = 10'000;
+                goals.changes = 100'000;
+                goals.languages = 1'000;
+                goals.notices = 1'000;
+                soak.runUntil(goals);
             } else {
                 soak.runFor(parser.value(seconds).toInt());
             }
