@@ -3,24 +3,29 @@
 #include <QDir>
 #include <QFile>
 
+#include <stdexcept>
+
 namespace soak {
 
 namespace {
 
-qint64 sumIn(const QString &path, const QList<QByteArray> &keys)
+qint64 valueOf(const QByteArray &key, const QString &path)
 {
     QFile file{path};
-    qint64 sum = 0;
-    if (file.open(QIODevice::ReadOnly)) {
-        const QList<QByteArray> lines = file.readAll().split('\n');
-        for (const QByteArray &line : lines) {
-            const QList<QByteArray> words = line.simplified().split(' ');
-            if (keys.contains(words.first())) {
-                sum += words.at(1).toLongLong();
-            }
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error{"Cannot read " + path.toStdString() + ": " +
+                                 file.errorString().toStdString()};
+    }
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        const QList<QByteArray> words = line.simplified().split(' ');
+        bool known = false;
+        const qint64 value = words.value(1).toLongLong(&known);
+        if (words.first() == key && known) {
+            return value;
         }
     }
-    return sum;
+    throw std::runtime_error{"No " + key.toStdString() + " in " + path.toStdString()};
 }
 
 } // namespace
@@ -37,11 +42,15 @@ Figures Figures::of(qint64 process)
                               .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
                               .size();
     figures.threads = threads.size();
-    figures.proportional = static_cast<int>(sumIn(memory, {"Pss:"}));
-    figures.written = static_cast<int>(sumIn(memory, {"Private_Dirty:"}));
+    figures.proportional = static_cast<int>(valueOf("Pss:", memory));
+    figures.written = static_cast<int>(valueOf("Private_Dirty:", memory));
     for (const QString &thread : threads) {
-        figures.wakeUps += sumIn(folder + QStringLiteral("task/%1/status").arg(thread),
-                                 {"voluntary_ctxt_switches:"});
+        figures.wakeUps += valueOf("voluntary_ctxt_switches:",
+                                   folder + QStringLiteral("task/%1/status").arg(thread));
+    }
+    if (figures.descriptors == 0 || figures.threads == 0 || figures.proportional <= 0 ||
+        figures.written <= 0) {
+        throw std::runtime_error{"No program holds nothing: " + folder.toStdString()};
     }
     return figures;
 }

@@ -7,6 +7,7 @@ namespace soak {
 /// What the system says that a process holds and does.
 struct Figures
 {
+    /// Throws std::runtime_error if the system does not say all of it.
     static Figures of(qint64 process);
 
     int descriptors = 0;
