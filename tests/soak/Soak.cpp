@@ -748,6 +748,9 @@ void Soak::fail(const QString &what, const Testimony *seen) const
 
 int Soak::pick(int least, int most)
 {
+    if (most < least) {
+        throw std::logic_error{"Nothing to pick from"};
+    }
     return least + static_cast<int>(random() % static_cast<quint32>(most - least + 1));
 }
 
