@@ -61,8 +61,6 @@ private:
     {
         Figures process;
         Testimony inside;
-        /// In the idle seconds before.
-        qint64 wakeUps;
     };
     struct Step
     {
@@ -75,6 +73,7 @@ private:
     void start();
     void warmUp();
     void anyStep();
+    /// After it has seen that the program sleeps while nothing happens.
     Holdings holdings();
     void compare(const Holdings &before, const Holdings &after) const;
     void comparePictures();
