@@ -42,12 +42,16 @@ struct Counts : Goals
 class Soak
 {
 public:
+    /// From 100 on the toolkit's look at its fonts, every five minutes, wakes the program each time
+    /// that it is to sleep for a while.
+    static constexpr int fastestRate = 50;
+
     /// With the paths of the program and of the library that sets its clock (Debian: libfaketime).
-    /// The clock runs `rate` times as fast as ours, so that the program waits less before it comes
-    /// back; only at rate 1 does the clock also jump.
+    /// The clock runs `rate` times as fast as ours, 1 to `fastestRate`, so that the program waits
+    /// less before it comes back; only at rate 1 does the clock also jump.
     Soak(const QString &program, const QString &clock, quint32 seed, int rate);
 
-    /// Goes on for so many seconds after it has warmed up.
+    /// Goes on for so many seconds, one or more, after it has warmed up.
     void runFor(int seconds);
     /// Goes on until it has done all of `goals` as often or oftener.
     void runUntil(const Goals &goals);

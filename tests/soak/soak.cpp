@@ -6,7 +6,30 @@
 #include <QCoreApplication>
 #include <QRandomGenerator>
 
+#include <cstdlib>
 #include <exception>
+#include <limits>
+
+namespace {
+
+constexpr int wrongUse = 2;
+
+/// Ends the program if the option's value is anything but a whole number of this range.
+qint64 numberOf(const QCommandLineParser &parser, const QCommandLineOption &option, qint64 least,
+                qint64 most)
+{
+    const QString text = parser.value(option);
+    bool isNumber = false;
+    const qint64 number = text.toLongLong(&isNumber);
+    if (!isNumber || number < least || number > most) {
+        qCritical("--%s: a whole number from %lld to %lld, not \"%s\"",
+                  qPrintable(option.names().constFirst()), least, most, qPrintable(text));
+        std::exit(wrongUse);
+    }
+    return number;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -16,7 +39,10 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     const QCommandLineOption client{QStringLiteral("client"), {}, QStringLiteral("program")};
     const QCommandLineOption clock{QStringLiteral("clock"), {}, QStringLiteral("library")};
-    const QCommandLineOption seed{QStringLiteral("seed"), {}, QStringLiteral("number")};
+    const QCommandLineOption seed{QStringLiteral("seed"),
+                                  {},
+                                  QStringLiteral("number"),
+                                  QString::number(QRandomGenerator::system()->generate())};
     const QCommandLineOption rate{
         QStringLiteral("rate"), {}, QStringLiteral("times"), QStringLiteral("1")};
     const QCommandLineOption seconds{
@@ -25,12 +51,14 @@ int main(int argc, char *argv[])
     parser.addOptions({client, clock, seed, rate, seconds, full});
     parser.process(application);
 
-    const quint32 number =
-        parser.isSet(seed) ? parser.value(seed).toUInt() : QRandomGenerator::system()->generate();
+    const auto number =
+        static_cast<quint32>(numberOf(parser, seed, 0, std::numeric_limits<quint32>::max()));
+    const int times = static_cast<int>(numberOf(parser, rate, 1, soak::Soak::fastestRate));
+    const int length =
+        static_cast<int>(numberOf(parser, seconds, 1, std::numeric_limits<int>::max()));
     qInfo("seed %u", number);
     try {
-        soak::Soak soak{parser.value(client), parser.value(clock), number,
-                        parser.value(rate).toInt()};
+        soak::Soak soak{parser.value(client), parser.value(clock), number, times};
         const auto report = [&soak] {
             const soak::Counts &done = soak.done();
             qInfo("lost links %d, state changes %d, languages %d, notices %d, pages %d, clicks %d, "
@@ -47,7 +75,7 @@ int main(int argc, char *argv[])
                 goals.notices = 1'000;
                 soak.runUntil(goals);
             } else {
-                soak.runFor(parser.value(seconds).toInt());
+                soak.runFor(length);
             }
             report();
         } catch (const std::exception &) {
