@@ -411,7 +411,7 @@ void Soak::switchTo(int row)
     for (int i = 0; i < row; ++i) {
         names += QStringLiteral("Down");
     }
-    keys(names << QStringLiteral("Tab") << QStringLiteral("Return"));
+    session.pressKeys(names << QStringLiteral("Tab") << QStringLiteral("Return"));
     await("the settings to be gone",
           [](const Testimony &seen) { return !seen.settings && !seen.menuShows; });
     if (!ui::catalogue::load(translator, tag)) {
@@ -453,7 +453,7 @@ void Soak::showNotices()
             session.service.listen();
             waitForLink();
         }
-        keys({QStringLiteral("Escape")});
+        session.pressKeys({QStringLiteral("Escape")});
         ++counts.notices;
     }
     await("no further notice", [](const Testimony &seen) { return !seen.anyDialog; });
@@ -488,7 +488,7 @@ void Soak::openAndClose(const QPoint &row)
         await("the referral dialog", [](const Testimony &seen) {
             return seen.dialog == QLatin1String{"ui::ReferralDialog"};
         });
-        keys({QStringLiteral("Escape")});
+        session.pressKeys({QStringLiteral("Escape")});
     } else {
         const bool settings = row == support::ClientSession::settingsRow;
         await("the page", [settings](const Testimony &seen) {
@@ -600,16 +600,8 @@ void Soak::press(const QPoint &point)
 {
     // As somebody who has seen that the window is in front.
     await("the window to be active", [](const Testimony &seen) { return seen.active; });
-    const QPoint place = origin + point;
-    session.run(QStringLiteral("xdotool"),
-                {QStringLiteral("mousemove"), QString::number(place.x()),
-                 QString::number(place.y()), QStringLiteral("click"), QStringLiteral("1")});
+    session.click(origin + point);
     session.moveMouse(aside);
-}
-
-void Soak::keys(const QStringList &names)
-{
-    session.run(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + names);
 }
 
 QByteArray Soak::randomLine()

@@ -105,7 +105,6 @@ private:
     void openAndClose(const QPoint &row);
     void openMenu();
     void press(const QPoint &point);
-    void keys(const QStringList &names);
     void setClock(qint64 seconds);
 
     QByteArray randomLine();

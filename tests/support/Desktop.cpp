@@ -20,6 +20,12 @@ QString server()
     return QStringLiteral("Xvfb");
 }
 
+QStringList moveTo(const QPoint &position)
+{
+    return {QStringLiteral("mousemove"), QString::number(position.x()),
+            QString::number(position.y())};
+}
+
 QString xdotool()
 {
     return QStringLiteral("xdotool");
@@ -174,31 +180,29 @@ void Desktop::close(Window window) const
 void Desktop::moveMouse(const QPoint &position) const
 {
     // On a pointer that is there already, --sync would wait for ever.
-    demand(xdotool(), {QStringLiteral("mousemove"), QString::number(position.x()),
-                       QString::number(position.y())});
+    input(moveTo(position));
 }
 
 void Desktop::click(const QPoint &position, int button) const
 {
-    moveMouse(position);
-    demand(xdotool(), {QStringLiteral("click"), QString::number(button)});
+    input(moveTo(position) << QStringLiteral("click") << QString::number(button));
 }
 
 void Desktop::doubleClick(const QPoint &position) const
 {
-    moveMouse(position);
-    demand(xdotool(), {QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
-                       QStringLiteral("--delay"), QStringLiteral("50"), QStringLiteral("1")});
+    input(moveTo(position) << QStringLiteral("click") << QStringLiteral("--repeat")
+                           << QStringLiteral("2") << QStringLiteral("--delay")
+                           << QStringLiteral("50") << QStringLiteral("1"));
 }
 
-void Desktop::pressKey(const QString &key) const
+void Desktop::pressKeys(const QStringList &keys) const
 {
-    demand(xdotool(), {QStringLiteral("key"), key});
+    input(QStringList{QStringLiteral("key")} + keys);
 }
 
 void Desktop::type(const QString &text) const
 {
-    demand(xdotool(), {QStringLiteral("type"), text});
+    input({QStringLiteral("type"), QStringLiteral("--args"), QStringLiteral("1"), text});
 }
 
 QImage Desktop::screenshot() const
@@ -222,6 +226,13 @@ Desktop::Outcome Desktop::demand(const QString &program, const QStringList &argu
                qPrintable(arguments.join(QLatin1Char{' '})), outcome.errors.constData());
     }
     return outcome;
+}
+
+void Desktop::input(const QStringList &commands) const
+{
+    // Its answer comes after all that was asked for before. What another program asks for next may
+    // otherwise come first: a button is then let go where the pointer has been moved to since.
+    demand(xdotool(), commands + QStringList{QStringLiteral("getmouselocation")});
 }
 
 QList<Desktop::Window> Desktop::search(const QStringList &arguments) const

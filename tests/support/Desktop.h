@@ -80,12 +80,15 @@ public:
     /// As the title bar's close button does.
     void close(Window window) const;
 
+    // What follows has been done when the call returns; programs may not have looked at it yet.
+
     /// In the screen's coordinates; buttons count from 1, the left one.
     void moveMouse(const QPoint &position) const;
     void click(const QPoint &position, int button = 1) const;
     void doubleClick(const QPoint &position) const;
-    /// By the name of the key, for example `Escape` or `shift+Tab`; goes to the active window.
-    void pressKey(const QString &key) const;
+    /// By the names of the keys, for example `Escape` or `shift+Tab`; they go to the active window.
+    void pressKeys(const QStringList &keys) const;
+    void pressKey(const QString &key) const { pressKeys({key}); }
     void type(const QString &text) const;
 
     /// The whole screen.
@@ -95,6 +98,7 @@ public:
 
 private:
     Outcome demand(const QString &program, const QStringList &arguments) const;
+    void input(const QStringList &commands) const;
     QByteArray describe(Window window) const;
     QList<Window> search(const QStringList &arguments) const;
 
