@@ -406,7 +406,8 @@ void Soak::switchTo(int row)
     note(QStringLiteral("choose ") + tag);
     openMenu();
     press(support::ClientSession::settingsRow);
-    await("the settings page", [](const Testimony &seen) { return seen.settings; });
+    await("the settings page",
+          [](const Testimony &seen) { return seen.settings && !seen.menuShows; });
     QStringList names{QStringLiteral("Tab"), QStringLiteral("Home")};
     for (int i = 0; i < row; ++i) {
         names += QStringLiteral("Down");
@@ -492,7 +493,7 @@ void Soak::openAndClose(const QPoint &row)
     } else {
         const bool settings = row == support::ClientSession::settingsRow;
         await("the page", [settings](const Testimony &seen) {
-            return settings ? seen.settings : seen.support;
+            return (settings ? seen.settings : seen.support) && !seen.menuShows;
         });
         press(support::ClientSession::backButton);
     }
@@ -600,7 +601,10 @@ void Soak::press(const QPoint &point)
 {
     // As somebody who has seen that the window is in front.
     await("the window to be active", [](const Testimony &seen) { return seen.active; });
-    session.click(origin + point);
+    session.holdButton(origin + point);
+    await("the button to be down", [](const Testimony &seen) { return seen.buttonDown; });
+    session.releaseButton();
+    await("the button to be up", [](const Testimony &seen) { return !seen.buttonDown; });
     session.moveMouse(aside);
 }
 

@@ -23,6 +23,8 @@ struct Testimony
     bool anyDialog;
     /// One of its windows has the keyboard.
     bool active;
+    /// As far as it has heard.
+    bool buttonDown;
     /// Wholly open, and there at all.
     bool menu;
     bool menuShows;

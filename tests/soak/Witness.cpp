@@ -124,6 +124,7 @@ QJsonObject Witness::testimony()
     told[QStringLiteral("settings")] = isVisible("ui::SettingsDialog");
     told[QStringLiteral("support")] = isVisible("ui::SupportDialog");
 
+    told[QStringLiteral("buttonDown")] = QGuiApplication::mouseButtons() != Qt::NoButton;
     told[QStringLiteral("active")] = QApplication::activeWindow() != nullptr;
     const QWidget *const dialog = QApplication::activeModalWidget();
     if (dialog != nullptr) {

@@ -195,6 +195,16 @@ void Desktop::doubleClick(const QPoint &position) const
                            << QStringLiteral("50") << QStringLiteral("1"));
 }
 
+void Desktop::holdButton(const QPoint &position) const
+{
+    input(moveTo(position) << QStringLiteral("mousedown") << QStringLiteral("1"));
+}
+
+void Desktop::releaseButton() const
+{
+    input({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
 void Desktop::pressKeys(const QStringList &keys) const
 {
     input(QStringList{QStringLiteral("key")} + keys);

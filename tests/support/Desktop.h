@@ -86,6 +86,10 @@ public:
     void moveMouse(const QPoint &position) const;
     void click(const QPoint &position, int button = 1) const;
     void doubleClick(const QPoint &position) const;
+    /// The left button alone, for whoever can tell when its press has arrived: until the window
+    /// manager has let it pass, a release after it may come where the pointer has gone meanwhile.
+    void holdButton(const QPoint &position) const;
+    void releaseButton() const;
     /// By the names of the keys, for example `Escape` or `shift+Tab`; they go to the active window.
     void pressKeys(const QStringList &keys) const;
     void pressKey(const QString &key) const { pressKeys({key}); }
