@@ -454,7 +454,7 @@ void Soak::showNotices()
             session.service.listen();
             waitForLink();
         }
-        session.pressKeys({QStringLiteral("Escape")});
+        session.pressKey(QStringLiteral("Escape"));
         ++counts.notices;
     }
     await("no further notice", [](const Testimony &seen) { return !seen.anyDialog; });
@@ -489,7 +489,7 @@ void Soak::openAndClose(const QPoint &row)
         await("the referral dialog", [](const Testimony &seen) {
             return seen.dialog == QLatin1String{"ui::ReferralDialog"};
         });
-        session.pressKeys({QStringLiteral("Escape")});
+        session.pressKey(QStringLiteral("Escape"));
     } else {
         const bool settings = row == support::ClientSession::settingsRow;
         await("the page", [settings](const Testimony &seen) {
