@@ -889,6 +889,22 @@ void tst_NoticeDialog::markupThatNoParserCopesWith_data()
         << styled(QStringLiteral("x b{}"), 400, 18) << QStringLiteral("x") << false;
     QTest::newRow("a style for many elements")
         << styled(QStringLiteral("x b{}"), 1, 19) << QStringLiteral("x") << false;
+    const auto styledBy = [](const char *element) {
+        return QString::fromUtf8(element) + QStringLiteral("</style>") +
+               QStringLiteral("<b>").repeated(19) + QStringLiteral("x");
+    };
+    QTest::newRow("a style behind spaces")
+        << styledBy("<\xc2\xa0\tStyle>") << QStringLiteral("<  Style>\nx") << false;
+    QTest::newRow("a style in quotes")
+        << styledBy("<\"style\">") << QStringLiteral("<\"style\">\nx") << false;
+    QTest::newRow("a style in single quotes")
+        << styledBy("<'style'>") << QStringLiteral("<'style'>\nx") << false;
+    QTest::newRow("a style with an entity")
+        << styledBy("<s&#116;yle>") << QStringLiteral("x") << false;
+    QTest::newRow("no style at all")
+        << QStringLiteral("<stile><s tyle><b title='style'>").repeated(10) +
+               QStringLiteral("x &lt;style")
+        << QStringLiteral("x <style") << true;
     QTest::newRow("much markup for little text")
         << QStringLiteral("<b title='") + QStringLiteral("y").repeated(29'980) +
                QStringLiteral("'>x</b>")
@@ -911,6 +927,11 @@ void tst_NoticeDialog::markupThatNoParserCopesWith_data()
     QTest::newRow("table without end")
         << QStringLiteral("<table width=501><tr><td><b>x</b></table>") << QStringLiteral("x")
         << false;
+    QTest::newRow("wider column") << QStringLiteral("<table><tr><td width=501><b>x</b></table>")
+                                  << QStringLiteral("x") << false;
+    QTest::newRow("large picture")
+        << QStringLiteral("<b>x<img width=600 height=600></b>") << QStringLiteral("x") << true;
+    // The document has fonts of its own.
     const auto inFonts = [](int fonts) {
         QString markup = QStringLiteral("<b>");
         for (int size = 1; size <= fonts; ++size) {
@@ -918,8 +939,8 @@ void tst_NoticeDialog::markupThatNoParserCopesWith_data()
         }
         return markup;
     };
-    QTest::newRow("some fonts") << inFonts(15) << QStringLiteral("x").repeated(15) << true;
-    QTest::newRow("too many fonts") << inFonts(25) << QStringLiteral("x").repeated(25) << false;
+    QTest::newRow("some fonts") << inFonts(19) << QStringLiteral("x").repeated(19) << true;
+    QTest::newRow("too many fonts") << inFonts(20) << QStringLiteral("x").repeated(20) << false;
 }
 
 void tst_NoticeDialog::markupThatNoParserCopesWith()

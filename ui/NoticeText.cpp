@@ -4,6 +4,7 @@
 #include "ui/SingleLine.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -99,36 +100,55 @@ QTextCharFormat withoutLink(QTextCharFormat format)
     return format;
 }
 
+// The toolkit reads the name of an element past spaces, without its quotes, and with what its
+// entities stand for.
+bool mayBeStyled(const QString &markup)
+{
+    static const QRegularExpression style{QStringLiteral("<\\s*+(?:style|[\"']|[^\\s<>=&]*+&)"),
+                                          QRegularExpression::CaseInsensitiveOption |
+                                              QRegularExpression::UseUnicodePropertiesOption};
+    return markup.contains(style);
+}
+
 bool canBeParsed(const QString &markup)
 {
+    if (markup.size() > longestMarkup) {
+        return false;
+    }
     const auto costs = [](QChar c) {
         return c == QLatin1Char{'<'} || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
     };
-    const bool styled = markup.contains(QLatin1String{"<style"}, Qt::CaseInsensitive);
-    return markup.size() <= (styled ? longestStyledMarkup : longestMarkup) &&
-           std::count_if(markup.cbegin(), markup.cend(), costs) <=
-               (styled ? mostStyledTags : mostTags);
+    const auto tags = std::count_if(markup.cbegin(), markup.cend(), costs);
+    return tags <= mostStyledTags ? markup.size() <= longestStyledMarkup || !mayBeStyled(markup)
+                                  : tags <= mostTags && !mayBeStyled(markup);
 }
 
-double measureIn(const QVariant &property)
+bool isModest(const QVariant &property)
 {
     switch (property.userType()) {
     case QMetaType::Int:
     case QMetaType::Double:
-        return property.toDouble();
+        return std::abs(property.toDouble()) <= largestMeasure;
     case QMetaType::QTextLength:
-        return property.value<QTextLength>().rawValue();
+        return std::abs(property.value<QTextLength>().rawValue()) <= largestMeasure;
+    case QMetaType::QVariantList: {
+        const QVariantList parts = property.toList();
+        return std::all_of(parts.cbegin(), parts.cend(),
+                           [](const QVariant &part) { return isModest(part); });
+    }
     default:
-        return 0.0;
+        return true;
     }
 }
 
 bool isModest(const QTextFormat &format)
 {
-    const QMap<int, QVariant> properties = format.properties();
-    return std::all_of(properties.cbegin(), properties.cend(), [](const QVariant &property) {
-        return std::abs(measureIn(property)) <= largestMeasure;
-    });
+    QMap<int, QVariant> properties = format.properties();
+    // No image is there any more when the text is laid out.
+    properties.remove(QTextFormat::ImageWidth);
+    properties.remove(QTextFormat::ImageHeight);
+    return std::all_of(properties.cbegin(), properties.cend(),
+                       [](const QVariant &property) { return isModest(property); });
 }
 
 bool areModest(const QVector<QTextFormat> &formats)

@@ -13,11 +13,11 @@ namespace ui {
 /// text.
 ///
 /// What would keep the window from answering is shown as plain text: more than 1,000 tags, closing
-/// ones included, or 30,000 characters with them; a style element with more than 20 tags or 2,000
-/// characters in all; more than 6,000 characters without markup; tables too many or too deep; more
-/// than 20 fonts; a measure of more than 500, whatever its unit. Of such a text the first 1,000
-/// lines or 6,000 characters are shown, and an ellipsis if there are more; text() is then without
-/// markup, too, if that could not be parsed at all.
+/// ones included, or 30,000 characters with them; with what may be a style element, more than 20
+/// tags or 2,000 characters in all; more than 6,000 characters without markup; tables too many or
+/// too deep; more than 20 fonts; a measure of more than 500, whatever its unit, except of an image.
+/// Of such a text the first 1,000 lines or 6,000 characters are shown, and an ellipsis if there are
+/// more; text() is then without markup, too, if that could not be parsed at all.
 class NoticeText : public LinkLabel
 {
     Q_OBJECT

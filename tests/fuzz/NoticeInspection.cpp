@@ -5,6 +5,7 @@
 #include "ui/NoticeText.h"
 
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -71,8 +72,10 @@ void inspectNotice(ui::NoticeDialog &dialog, const QString &text)
     const auto *const label = dialog.findChild<ui::NoticeText *>();
     // What is too much to be parsed loses its markup; with a style, little is too much.
     constexpr int mostTags = 1'000;
-    const bool mayLoseMarkup = text.count(QLatin1Char{'<'}) > mostTags ||
-                               text.contains(QLatin1String{"<style"}, Qt::CaseInsensitive);
+    const bool mayLoseMarkup =
+        text.count(QLatin1Char{'<'}) > mostTags ||
+        text.contains(QLatin1String{"style"}, Qt::CaseInsensitive) ||
+        text.contains(QRegularExpression{QStringLiteral("<\\s*[^\\s<>=]*[&\"']")});
     require(label != nullptr && (label->text().endsWith(text) || mayLoseMarkup),
             "another notice:", text);
 
