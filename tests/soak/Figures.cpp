@@ -41,12 +41,20 @@ Figures Figures::of(qint64 process)
     figures.descriptors = QDir{folder + QStringLiteral("fd")}
                               .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
                               .size();
-    figures.threads = threads.size();
     figures.proportional = static_cast<int>(valueOf("Pss:", memory));
     figures.written = static_cast<int>(valueOf("Private_Dirty:", memory));
     for (const QString &thread : threads) {
-        figures.wakeUps += valueOf("voluntary_ctxt_switches:",
-                                   folder + QStringLiteral("task/%1/status").arg(thread));
+        const QString own = folder + QStringLiteral("task/%1/").arg(thread);
+        try {
+            figures.wakeUps += valueOf("voluntary_ctxt_switches:", own + QStringLiteral("status"));
+            ++figures.threads;
+        } catch (const std::runtime_error &) {
+            // A thread may end between the listing and the reading; one that still runs is an
+            // error.
+            if (QFile::exists(own)) {
+                throw;
+            }
+        }
     }
     if (figures.descriptors == 0 || figures.threads == 0 || figures.proportional <= 0 ||
         figures.written <= 0) {

@@ -83,14 +83,14 @@ std::int64_t Child::processorTime() const
     return read(clock);
 }
 
-long Child::switches() const
+std::map<long, long> Child::switches() const
 {
-    long sum = 0;
+    std::map<long, long> sums;
     for (const auto &thread : std::filesystem::directory_iterator{processFolder(id) / "task"}) {
-        sum += sumOf(thread.path() / "status",
-                     {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
+        sums[std::stol(thread.path().filename())] = sumOf(
+            thread.path() / "status", {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
     }
-    return sum;
+    return sums;
 }
 
 long Child::proportionalSize() const

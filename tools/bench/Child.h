@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -31,8 +32,8 @@ public:
 
     /// Processor time of all threads so far, in nanoseconds.
     std::int64_t processorTime() const;
-    /// Context switches of all threads so far, wanted and unwanted.
-    long switches() const;
+    /// Context switches so far, wanted and unwanted, of each thread that runs, by its number.
+    std::map<long, long> switches() const;
     /// Proportional set size in KiB.
     long proportionalSize() const;
 

@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <exception>
 #include <functional>
+#include <map>
 #include <memory>
 #include <stdexcept>
 
@@ -235,10 +236,14 @@ void Bench::memory()
 Bench::Cost Bench::costOf(const Child &child, std::int64_t ms)
 {
     const std::int64_t timeBefore = child.processorTime();
-    const long switchesBefore = child.switches();
+    std::map<long, long> before = child.switches();
     pass(ms);
-    return {msOf(child.processorTime() - timeBefore),
-            static_cast<double>(child.switches() - switchesBefore)};
+    Cost cost{msOf(child.processorTime() - timeBefore), 0.0};
+    // Of a thread that has ended, nothing is known any more.
+    for (const auto &[thread, switches] : child.switches()) {
+        cost.switches += static_cast<double>(switches - before[thread]);
+    }
+    return cost;
 }
 
 void Bench::addCost(Results &results, int round, const std::string &name, const Child &child,
