@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -21,9 +22,10 @@ namespace ui {
 
 namespace {
 
-// Each level of tables doubles the toolkit's work, and wide spans multiply cells.
+// Each level of tables doubles the toolkit's work, and wide spans multiply the cells that the
+// parser makes before anybody can count them.
 constexpr int deepestTable = 5;
-constexpr int mostCells = 10'000;
+constexpr double mostCells = 100'000.0;
 
 // The toolkit takes a time that is quadratic in the number of elements and lines, and up to some
 // two hundred milliseconds for a thousand characters. With these it stays below a second or so.
@@ -41,6 +43,13 @@ constexpr int mostFonts = 20;
 
 // Where lines and distances add up to some million pixels, the layout never ends.
 constexpr double largestMeasure = 500.0;
+
+// The larger the letters, the longer it takes to draw each that is new.
+constexpr double largestPixels = 100.0;
+constexpr double largestPoints = 75.0;
+
+// The shaping of marks on one letter takes a time that is quadratic in their number.
+constexpr int highestPile = 20;
 
 QString linkStyle()
 {
@@ -102,39 +111,74 @@ QTextCharFormat withoutLink(QTextCharFormat format)
 
 // The toolkit reads the name of an element past spaces, without its quotes, and with what its
 // entities stand for.
-bool mayBeStyled(const QString &markup)
+bool mayHold(const QString &markup, const QString &element)
 {
-    static const QRegularExpression style{QStringLiteral("<\\s*+(?:style|[\"']|[^\\s<>=&]*+&)"),
-                                          QRegularExpression::CaseInsensitiveOption |
-                                              QRegularExpression::UseUnicodePropertiesOption};
-    return markup.contains(style);
+    const QRegularExpression name{QStringLiteral("<\\s*+(?:%1|[\"']|[^\\s<>=&]*+&)").arg(element),
+                                  QRegularExpression::CaseInsensitiveOption |
+                                      QRegularExpression::UseUnicodePropertiesOption};
+    return markup.contains(name);
+}
+
+bool haveModestSpans(const QString &markup, qint64 tags)
+{
+    if (!mayHold(markup, QStringLiteral("table"))) {
+        return true;
+    }
+    // Letters and digits of a span can be written so.
+    if (markup.contains(QLatin1String{"&#"})) {
+        return false;
+    }
+    static const QRegularExpression span{QStringLiteral("colspan[^0-9<>]*+([0-9]++)"),
+                                         QRegularExpression::CaseInsensitiveOption};
+    auto columns = static_cast<double>(tags);
+    for (auto spans = span.globalMatch(markup); spans.hasNext();) {
+        columns += spans.next().captured(1).toDouble();
+    }
+    return static_cast<double>(tags) * columns <= mostCells;
 }
 
 bool canBeParsed(const QString &markup)
 {
-    if (markup.size() > longestMarkup) {
+    if (markup.size() > longestMarkup || !markup.isValidUtf16()) {
         return false;
     }
     const auto costs = [](QChar c) {
         return c == QLatin1Char{'<'} || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
     };
-    const auto tags = std::count_if(markup.cbegin(), markup.cend(), costs);
-    return tags <= mostStyledTags ? markup.size() <= longestStyledMarkup || !mayBeStyled(markup)
-                                  : tags <= mostTags && !mayBeStyled(markup);
+    const qint64 tags = std::count_if(markup.cbegin(), markup.cend(), costs);
+    const bool styled = (tags > mostStyledTags || markup.size() > longestStyledMarkup) &&
+                        mayHold(markup, QStringLiteral("style"));
+    return tags <= mostTags && !styled && haveModestSpans(markup, tags);
 }
 
-bool isModest(const QVariant &property)
+double limitOf(int property)
 {
-    switch (property.userType()) {
+    switch (property) {
+    case QTextFormat::FontPixelSize:
+        return largestPixels;
+    case QTextFormat::FontPointSize:
+        return largestPoints;
+    case QTextFormat::ImageWidth:
+    case QTextFormat::ImageHeight:
+        // No image is there any more when the text is laid out.
+        return std::numeric_limits<double>::infinity();
+    default:
+        return largestMeasure;
+    }
+}
+
+bool isWithin(double limit, const QVariant &value)
+{
+    switch (value.userType()) {
     case QMetaType::Int:
     case QMetaType::Double:
-        return std::abs(property.toDouble()) <= largestMeasure;
+        return std::abs(value.toDouble()) <= limit;
     case QMetaType::QTextLength:
-        return std::abs(property.value<QTextLength>().rawValue()) <= largestMeasure;
+        return std::abs(value.value<QTextLength>().rawValue()) <= limit;
     case QMetaType::QVariantList: {
-        const QVariantList parts = property.toList();
+        const QVariantList parts = value.toList();
         return std::all_of(parts.cbegin(), parts.cend(),
-                           [](const QVariant &part) { return isModest(part); });
+                           [limit](const QVariant &part) { return isWithin(limit, part); });
     }
     default:
         return true;
@@ -143,12 +187,13 @@ bool isModest(const QVariant &property)
 
 bool isModest(const QTextFormat &format)
 {
-    QMap<int, QVariant> properties = format.properties();
-    // No image is there any more when the text is laid out.
-    properties.remove(QTextFormat::ImageWidth);
-    properties.remove(QTextFormat::ImageHeight);
-    return std::all_of(properties.cbegin(), properties.cend(),
-                       [](const QVariant &property) { return isModest(property); });
+    const QMap<int, QVariant> properties = format.properties();
+    for (auto it = properties.cbegin(); it != properties.cend(); ++it) {
+        if (!isWithin(limitOf(it.key()), it.value())) {
+            return false;
+        }
+    }
+    return true;
 }
 
 bool areModest(const QVector<QTextFormat> &formats)
@@ -165,20 +210,49 @@ bool areModest(const QVector<QTextFormat> &formats)
     return fonts.size() <= mostFonts;
 }
 
+bool isPiledUp(uint character)
+{
+    // Two vowels are taken apart into a mark and a letter.
+    constexpr uint thaiAm = 0xe33;
+    constexpr uint laoAm = 0xeb3;
+    switch (QChar::category(character)) {
+    case QChar::Mark_NonSpacing:
+    case QChar::Mark_SpacingCombining:
+    case QChar::Mark_Enclosing:
+    case QChar::Other_Format:
+        return true;
+    default:
+        return character == thaiAm || character == laoAm;
+    }
+}
+
+QString withoutPiles(const QString &text)
+{
+    const QVector<uint> characters = text.toUcs4();
+    QVector<uint> kept;
+    kept.reserve(characters.size());
+    int height = 0;
+    for (const uint character : characters) {
+        height = isPiledUp(character) ? height + 1 : 0;
+        if (height <= highestPile) {
+            kept += character;
+        }
+    }
+    return QString::fromUcs4(kept.constData(), kept.size());
+}
+
 bool canBeLaidOut(const QTextDocument &document)
 {
-    if (document.characterCount() - 1 > longestText || !areModest(document.allFormats())) {
+    const QString text = document.toPlainText();
+    if (text.count(QLatin1Char{'\n'}) > mostLines || withoutPiles(text) != text ||
+        !areModest(document.allFormats())) {
         return false;
     }
-    qint64 cells = 0;
     std::vector<std::pair<const QTextFrame *, int>> waiting{{document.rootFrame(), 0}};
     while (!waiting.empty()) {
         const auto [frame, depth] = waiting.back();
         waiting.pop_back();
-        if (const auto *const table = qobject_cast<const QTextTable *>(frame)) {
-            cells += qint64{table->rows()} * table->columns();
-        }
-        if (depth > deepestTable || cells > mostCells) {
+        if (depth > deepestTable || text.size() << depth > longestText) {
             return false;
         }
         for (const QTextFrame *const child : frame->childFrames()) {
@@ -202,7 +276,8 @@ void dropIfEmpty(const QTextBlock &block)
 
 void makePlain(QTextDocument &document)
 {
-    QStringList lines = document.toPlainText().split(QLatin1Char{'\n'}, Qt::SkipEmptyParts);
+    QStringList lines =
+        withoutPiles(document.toPlainText()).split(QLatin1Char{'\n'}, Qt::SkipEmptyParts);
     if (lines.size() > mostLines) {
         lines = lines.mid(0, mostLines) << QString{QChar{0x2026}};
     }

@@ -14,10 +14,13 @@ namespace ui {
 ///
 /// What would keep the window from answering is shown as plain text: more than 1,000 tags, closing
 /// ones included, or 30,000 characters with them; with what may be a style element, more than 20
-/// tags or 2,000 characters in all; more than 6,000 characters without markup; tables too many or
-/// too deep; more than 20 fonts; a measure of more than 500, whatever its unit, except of an image.
-/// Of such a text the first 1,000 lines or 6,000 characters are shown, and an ellipsis if there are
-/// more; text() is then without markup, too, if that could not be parsed at all.
+/// tags or 2,000 characters in all; with what may be a table, numeric entities, or more than
+/// 100,000 as the number of tags times the sum of that and all column spans; more than 6,000
+/// characters without markup, half of that for each level of tables; more than five levels; more
+/// than 1,000 lines; more than 20 fonts; letters of more than 100 pixels or 75 points; any other
+/// measure of more than 500, except of an image; more than 20 marks on a letter. Of such a text the
+/// first 1,000 lines or 6,000 characters are shown, without further marks, and an ellipsis if there
+/// are more; text() is then without markup, too, if that could not be parsed at all.
 class NoticeText : public LinkLabel
 {
     Q_OBJECT

@@ -70,12 +70,17 @@ void inspectFrames(const QTextFrame &frame, int depth)
 void inspectNotice(ui::NoticeDialog &dialog, const QString &text)
 {
     const auto *const label = dialog.findChild<ui::NoticeText *>();
-    // What is too much to be parsed loses its markup; with a style, little is too much.
-    constexpr int mostTags = 1'000;
+    // What is too much to be parsed loses its markup; of styles and tables, little is too much.
+    const int tags = text.count(QLatin1Char{'<'}) + text.count(QChar::LineSeparator) +
+                     text.count(QChar::ParagraphSeparator);
+    const auto mayHold = [&text](const char *element) {
+        return text.contains(QLatin1String{element}, Qt::CaseInsensitive) ||
+               text.contains(QRegularExpression{QStringLiteral("<\\s*[^\\s<>=]*[&\"']")});
+    };
     const bool mayLoseMarkup =
-        text.count(QLatin1Char{'<'}) > mostTags ||
-        text.contains(QLatin1String{"style"}, Qt::CaseInsensitive) ||
-        text.contains(QRegularExpression{QStringLiteral("<\\s*[^\\s<>=]*[&\"']")});
+        tags > 1'000 || (mayHold("style") && (tags > 20 || text.size() > 2'000)) ||
+        (mayHold("table") && (tags > 300 || text.contains(QLatin1String{"&#"}) ||
+                              text.contains(QLatin1String{"span"}, Qt::CaseInsensitive)));
     require(label != nullptr && (label->text().endsWith(text) || mayLoseMarkup),
             "another notice:", text);
 
