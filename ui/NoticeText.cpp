@@ -28,7 +28,7 @@ constexpr int deepestTable = 5;
 constexpr double mostCells = 100'000.0;
 
 // The toolkit takes a time that is quadratic in the number of elements and lines, and up to some
-// two hundred milliseconds for a thousand characters. With these it stays below a second or so.
+// two hundred milliseconds for a thousand characters. With these it stays below two seconds.
 constexpr int mostTags = 1'000;
 constexpr int longestMarkup = 30'000;
 constexpr int longestText = 6'000;
