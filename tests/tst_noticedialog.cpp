@@ -1,4 +1,5 @@
 #include "tests/support/NoticeSamples.h"
+#include "tests/support/ShownDocument.h"
 #include "ui/NoticeDialog.h"
 
 #include <QAbstractTextDocumentLayout>

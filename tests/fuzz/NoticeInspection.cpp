@@ -1,6 +1,7 @@
 #include "tests/fuzz/NoticeInspection.h"
 
 #include "tests/fuzz/Finding.h"
+#include "tests/support/ShownDocument.h"
 #include "ui/NoticeDialog.h"
 #include "ui/NoticeText.h"
 
@@ -75,7 +76,7 @@ void inspectNotice(ui::NoticeDialog &dialog, const QString &text)
                      text.count(QChar::ParagraphSeparator);
     const auto mayHold = [&text](const char *element) {
         return text.contains(QLatin1String{element}, Qt::CaseInsensitive) ||
-               text.contains(QRegularExpression{QStringLiteral("<\\s*[^\\s<>=]*[&\"']")});
+               text.contains(QRegularExpression{QStringLiteral("<[^<>=]*[&\"']")});
     };
     const bool mayLoseMarkup =
         tags > 1'000 || (mayHold("style") && (tags > 20 || text.size() > 2'000)) ||
@@ -84,8 +85,9 @@ void inspectNotice(ui::NoticeDialog &dialog, const QString &text)
     require(label != nullptr && (label->text().endsWith(text) || mayLoseMarkup),
             "another notice:", text);
 
-    const auto *const document = label->findChild<QTextDocument *>();
-    require(document != nullptr, "a notice without a document");
+    const QTextDocument *const document = support::shownDocument(label);
+    const QString name = document->isEmpty() ? QStringLiteral(" ") : document->toPlainText();
+    require(label->accessibleName() == name, "not what a notice shows:", text);
     for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
         count(Blocks);
         if (block.textList() != nullptr) {

@@ -1,5 +1,6 @@
 #include "tests/support/NoticeSamples.h"
 
+#include "tests/support/ShownDocument.h"
 #include "tests/support/System.h"
 
 #include <QAccessible>
@@ -298,11 +299,6 @@ QString warmUpNotice()
         "<pre>fixed</pre><ul><li>one<ol><li>two</ol></ul><table border=1><tr><th>head<td>cell"
         "</table><hr><a href='https://example.com' title='a tip'>link</a>"
         "\u202e\u2066x\u2069\u202c\u200f\u2067\u061c \ufffd \u0085 ÿ");
-}
-
-QTextDocument *shownDocument(const QLabel *label)
-{
-    return label->findChildren<QTextDocument *>().constLast();
 }
 
 void disturb(QDialog &dialog)

@@ -5,8 +5,6 @@
 #include <QString>
 
 class QDialog;
-class QLabel;
-class QTextDocument;
 
 namespace support {
 
@@ -35,9 +33,6 @@ QList<NoticeSample> hostileNotices();
 
 /// Needs every font, icon and plug-in that the samples or disturb() need, and nothing else.
 QString warmUpNotice();
-
-/// The document behind a label with rich text.
-QTextDocument *shownDocument(const QLabel *label);
 
 /// Shows the dialog, does to it what a user, the desktop and assistive technology might do, and
 /// hides it.
