@@ -87,8 +87,12 @@ std::map<long, long> Child::switches() const
 {
     std::map<long, long> sums;
     for (const auto &thread : std::filesystem::directory_iterator{processFolder(id) / "task"}) {
-        sums[std::stol(thread.path().filename())] = sumOf(
-            thread.path() / "status", {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
+        const long sum = sumOf(thread.path() / "status",
+                               {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
+        // None at all: it has ended meanwhile.
+        if (sum > 0) {
+            sums[std::stol(thread.path().filename())] = sum;
+        }
     }
     return sums;
 }
