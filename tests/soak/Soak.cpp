@@ -733,13 +733,16 @@ void Soak::note(const QString &action)
 void Soak::fail(const QString &what, const Testimony *seen) const
 {
     session.screenshot().save(QStringLiteral("build/soak-failure.png"));
-    QString text = what + QStringLiteral(" (build/soak-failure.png)");
+    QString text = what + QStringLiteral(" (build/soak-failure.png)\n  in front: %1 of %2")
+                              .arg(session.activeWindow())
+                              .arg(session.window);
     if (seen != nullptr) {
-        text += QStringLiteral("\n  shown:    %1, \"%2\", \"%3\"; open: %4%5%6%7")
+        text += QStringLiteral("\n  shown:    %1, \"%2\", \"%3\"; open: %4%5%6%7%8")
                     .arg(QVariant::fromValue(seen->state).toString(), seen->status, seen->pill,
                          seen->menuShows ? QStringLiteral("menu ") : QString{},
                          seen->settings ? QStringLiteral("settings ") : QString{},
-                         seen->support ? QStringLiteral("support ") : QString{}, seen->dialog) +
+                         seen->support ? QStringLiteral("support ") : QString{}, seen->dialog,
+                         seen->active ? QString{} : QStringLiteral(" (without the keyboard)")) +
                 QStringLiteral("\n  expected: %1, \"%2\", \"%3\"")
                     .arg(QVariant::fromValue(model.state).toString(), model.status, model.pill);
     }
