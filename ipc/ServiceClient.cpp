@@ -36,7 +36,11 @@ ServiceClient::ServiceClient(QObject *parent)
 
     // readyRead() is held back while its own slot has not returned, for example because a dialog
     // runs in it; this signal is not.
-    connect(socket, &QTcpSocket::channelReadyRead, this, &ServiceClient::onReadyRead);
+    connect(socket, &QTcpSocket::channelReadyRead, this, [this] {
+        if (!readingScheduled) {
+            onReadyRead();
+        }
+    });
 }
 
 void ServiceClient::connectToService()
@@ -79,7 +83,7 @@ void ServiceClient::onReadyRead()
         if (another || lossToReport) {
             scheduleReading();
         }
-        moreFollows = another && (lossToReport || !slice.hasExpired(readingSliceMs));
+        moreFollows = another && !slice.hasExpired(readingSliceMs);
         Q_EMIT messageReceived(text);
     }
     moreFollows = false;
@@ -103,7 +107,13 @@ void ServiceClient::onDisconnected()
     // the next attempt would discard them.
     lossToReport = true;
     scheduleReconnect();
-    onReadyRead();
+    // When its signal returns, the socket goes on to end this connection. If a dialog ran in the
+    // signal, that would meanwhile be the next one.
+    if (socket->canReadLine()) {
+        scheduleReading();
+    } else {
+        onReadyRead();
+    }
 }
 
 void ServiceClient::scheduleReconnect()
@@ -112,7 +122,12 @@ void ServiceClient::scheduleReconnect()
     // must not begin an attempt when the first one's has failed already, or each loss would
     // raise the pace.
     QTimer::singleShot(reconnectDelay, this, [this, lost = attempts] {
-        if (attempts == lost) {
+        if (attempts != lost) {
+            return;
+        }
+        if (lossToReport) {
+            scheduleReconnect();
+        } else {
             connectToService();
         }
     });

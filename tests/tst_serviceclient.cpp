@@ -173,8 +173,10 @@ private Q_SLOTS:
     void receiverWithEventLoop_data();
     void receiverWithEventLoop();
     void lossWhileLinesWaitBehindAReceiver();
+    void floodLeavesRoomForOthers_data();
     void floodLeavesRoomForOthers();
     void endlessLineLeavesRoomForOthers();
+    void floodBeforeTheLoss_data();
     void floodBeforeTheLoss();
     void dialogInTheFloodBeforeTheLoss_data();
     void dialogInTheFloodBeforeTheLoss();
@@ -834,9 +836,8 @@ bool isFlood(const QStringList &texts)
 }
 
 // A receiver that has work to do with each line makes the flood last.
-void work()
+void work(qint64 costNs = 20'000)
 {
-    constexpr qint64 costNs = 20'000;
     QElapsedTimer spent;
     spent.start();
     while (spent.nsecsElapsed() < costNs) {
@@ -845,8 +846,16 @@ void work()
 
 } // namespace
 
+void tst_ServiceClient::floodLeavesRoomForOthers_data()
+{
+    QTest::addColumn<bool>("lost");
+    QTest::newRow("while the link stands") << false;
+    QTest::newRow("when the link is lost behind it") << true;
+}
+
 void tst_ServiceClient::floodLeavesRoomForOthers()
 {
+    QFETCH(bool, lost);
     ScriptedService service;
     WatchedClient link;
     QVERIFY(establish(service, link));
@@ -859,12 +868,15 @@ void tst_ServiceClient::floodLeavesRoomForOthers()
     QTimer others;
     connect(&others, &QTimer::timeout, this, [&] { sinceServed = 0; });
     others.start(0);
-    service.write(flood());
-    TRY_VERIFY(link.events.size() >= floodLines);
-    service.sendLine("end");
-    TRY_VERIFY(link.events.size() > floodLines);
+    service.write(flood() + "end\n");
+    if (lost) {
+        service.stop();
+    }
+    const QStringList after =
+        QStringList{QStringLiteral("end")} + (lost ? QStringList{down} : QStringList{});
+    TRY_COMPARE(link.events.size(), floodLines + after.size());
     QVERIFY(isFlood(link.events));
-    QCOMPARE(link.events.mid(floodLines), QStringList{QStringLiteral("end")});
+    QCOMPARE(link.events.mid(floodLines), after);
     QVERIFY(longest < floodLines / 10);
 }
 
@@ -909,12 +921,20 @@ void tst_ServiceClient::endlessLineLeavesRoomForOthers()
     QCOMPARE(link.socket->bytesAvailable(), 0);
 }
 
+void tst_ServiceClient::floodBeforeTheLoss_data()
+{
+    QTest::addColumn<qint64>("costNs");
+    QTest::newRow("read before the next attempt") << qint64{20'000};
+    QTest::newRow("read for longer than the pause before it") << qint64{60'000};
+}
+
 void tst_ServiceClient::floodBeforeTheLoss()
 {
+    QFETCH(qint64, costNs);
     ScriptedService service;
     WatchedClient link;
     QVERIFY(establish(service, link));
-    link.onLine([](const QString &) { work(); });
+    link.onLine([costNs](const QString &) { work(costNs); });
     service.write(flood());
     service.close();
     TRY_VERIFY(link.events.contains(down));
@@ -956,6 +976,9 @@ void tst_ServiceClient::dialogInTheFloodBeforeTheLoss()
     QVERIFY(outwaitPendingReconnects());
     QCOMPARE(link.events.size(), seenInDialog.size());
     QCOMPARE(service.connected(), 1);
+
+    link.client->send(QStringLiteral("status"));
+    TRY_COMPARE(service.lines(), QList<QByteArray>{R"({"cmd":"status"})"});
 }
 
 void tst_ServiceClient::destroyed_data()
