@@ -220,6 +220,10 @@ private Q_SLOTS:
 
     void allowedLinks_data();
     void allowedLinks();
+    void keyboardShowsTheLink_data();
+    void keyboardShowsTheLink();
+    void keyboardComesBack_data();
+    void keyboardComesBack();
     void linksByKeyboard_data();
     void linksByKeyboard();
     void refusedLinks_data();
@@ -488,6 +492,67 @@ void tst_NoticeDialog::allowedLinks()
     QTest::mouseClick(label, Qt::LeftButton, {}, link);
     QCOMPARE(outside.opened, QList<QUrl>{opened});
     QVERIFY(dialog->isVisible());
+}
+
+void tst_NoticeDialog::keyboardShowsTheLink_data()
+{
+    const QString lines = QStringLiteral("A line.<br>").repeated(200);
+    const QString word = QStringLiteral("w").repeated(2'400);
+    const QString link = QStringLiteral("<a href='https://one.example'>LINK</a>");
+    QTest::addColumn<QString>("notice");
+    QTest::newRow("among lines") << lines + link + QStringLiteral("<br>") + lines;
+    QTest::newRow("at the end") << lines + link;
+    QTest::newRow("behind a long word") << word + link + word;
+}
+
+void tst_NoticeDialog::keyboardShowsTheLink()
+{
+    QFETCH(QString, notice);
+    Shown dialog{notice};
+    QVERIFY(QTest::qWaitForWindowActive(&*dialog));
+    QLabel *const label = labelOf(*dialog);
+    const QPoint link = positionOf(*dialog, QStringLiteral("LINK"));
+    QVERIFY(!label->visibleRegion().contains(link));
+    QVERIFY(!label->hasSelectedText());
+    QTest::keyClick(label, Qt::Key_Tab);
+    QCOMPARE(label->selectedText(), QStringLiteral("LINK"));
+    QVERIFY(label->visibleRegion().contains(link));
+
+    dialog->findChild<QScrollArea *>()->ensureVisible(0, 0);
+    QVERIFY(!label->visibleRegion().contains(link));
+    QTest::keyClick(label, Qt::Key_Tab);
+    QCOMPARE(dialog->focusWidget(), okOf(*dialog));
+    QTest::keyClick(dialog->focusWidget(), Qt::Key_Backtab);
+    QCOMPARE(label->selectedText(), QStringLiteral("LINK"));
+    QVERIFY(label->visibleRegion().contains(link));
+}
+
+void tst_NoticeDialog::keyboardComesBack_data()
+{
+    const QString words = QStringLiteral("We are <b>sorry</b>. ");
+    QTest::addColumn<QString>("notice");
+    QTest::newRow("without markup") << words.repeated(400);
+    QTest::newRow("a link that is refused")
+        << words.repeated(400) + QStringLiteral("<a href='file:///x'>y</a>");
+    QTest::newRow("a link in a text that is too long")
+        << words.repeated(300) + QStringLiteral("<a href='https://one.example'>y</a>") +
+               QStringLiteral("w").repeated(6'000);
+}
+
+void tst_NoticeDialog::keyboardComesBack()
+{
+    QFETCH(QString, notice);
+    Shown dialog{notice};
+    QVERIFY(QTest::qWaitForWindowActive(&*dialog));
+    QLabel *const label = labelOf(*dialog);
+    QVERIFY(dialog->findChild<QScrollArea *>() != nullptr);
+    QCOMPARE(dialog->focusWidget(), label);
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+        QTest::keyClick(label, Qt::Key_Tab);
+        QCOMPARE(dialog->focusWidget(), okOf(*dialog));
+        QTest::keyClick(dialog->focusWidget(), key);
+        QCOMPARE(dialog->focusWidget(), label);
+    }
 }
 
 void tst_NoticeDialog::linksByKeyboard_data()

@@ -24,12 +24,12 @@ LinkLabel::LinkLabel(QWidget *parent)
 void LinkLabel::focusInEvent(QFocusEvent *event)
 {
     QLabel::focusInEvent(event);
-    const bool byTab =
-        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    // A dialog that opens gives this reason too, before there is a keyboard to have.
+    const bool byTab = hasFocus() && (event->reason() == Qt::TabFocusReason ||
+                                      event->reason() == Qt::BacktabFocusReason);
     // Without a link the toolkit would only pass the focus on.
-    if (byTab && !hasSelectedText() &&
-        text().contains(QLatin1String{"href"}, Qt::CaseInsensitive)) {
-        QLabel::focusNextPrevChild(event->reason() == Qt::TabFocusReason);
+    if (byTab && !hasSelectedText() && hasLink()) {
+        moveToLink(event->reason() == Qt::TabFocusReason);
     }
 }
 
@@ -44,13 +44,27 @@ void LinkLabel::showAddress(const QString &address)
 bool LinkLabel::focusNextPrevChild(bool next)
 {
     const int link = selectionStart();
-    if (!QLabel::focusNextPrevChild(next)) {
+    if (!moveToLink(next)) {
         return false;
     }
     // Backwards from the first link the toolkit chooses that link again, for ever.
     const bool isStuck = hasFocus() && link >= 0 && selectionStart() == link;
     // Past the label's own way, which is what sticks. NOLINTNEXTLINE(bugprone-parent-virtual-call)
     return !isStuck || QWidget::focusNextPrevChild(next);
+}
+
+bool LinkLabel::hasLink() const
+{
+    return text().contains(QLatin1String{"href"}, Qt::CaseInsensitive);
+}
+
+bool LinkLabel::moveToLink(bool next)
+{
+    const bool moved = QLabel::focusNextPrevChild(next);
+    if (moved && hasFocus() && hasSelectedText()) {
+        Q_EMIT linkReached();
+    }
+    return moved;
 }
 
 } // namespace ui

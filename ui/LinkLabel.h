@@ -20,11 +20,20 @@ public:
     /// Empty unless showAddress() was called.
     QString address() const { return shownAddress; }
 
+Q_SIGNALS:
+    /// The keyboard has come to a link; its text is selected.
+    void linkReached();
+
 protected:
+    /// Whether the keyboard has anywhere to go.
+    virtual bool hasLink() const;
+
     void focusInEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
+    bool moveToLink(bool next);
+
     QString shownAddress;
 };
 

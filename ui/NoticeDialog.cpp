@@ -49,7 +49,7 @@ QString scrollStyle()
 }
 
 // Takes the label in and shows a part of it.
-QScrollArea *scrolling(QLabel *label)
+QScrollArea *scrolling(NoticeText *label)
 {
     auto *const area = new QScrollArea;
     area->setStyleSheet(scrollStyle());
@@ -59,6 +59,10 @@ QScrollArea *scrolling(QLabel *label)
     area->setWidgetResizable(true);
     area->setWidget(label);
     label->setAutoFillBackground(false);
+    QObject::connect(label, &NoticeText::linkReached, area, [area, label] {
+        const QRect link = label->selectedPlace();
+        area->ensureVisible(link.center().x(), link.center().y(), link.width() / 2, link.height());
+    });
     return area;
 }
 

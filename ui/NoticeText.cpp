@@ -9,6 +9,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <QTextTable>
 #include <QUrl>
 
@@ -331,7 +332,7 @@ NoticeText::NoticeText(const QString &text, QWidget *parent)
     setText(linkStyle() + (parsed ? text : plainMarkup(text, longestMarkup)));
 
     // The label has made its document by now, but parses the text only when it is measured.
-    auto *const document = findChild<QTextDocument *>();
+    document = findChild<QTextDocument *>();
     Q_ASSERT(document != nullptr);
     document->setParent(new ResourceRefusal{this});
     document->setDocumentLayout(new NoLayout{document});
@@ -347,6 +348,35 @@ NoticeText::NoticeText(const QString &text, QWidget *parent)
     }
     // Also makes the label forget what it has measured.
     setWordWrap(true);
+}
+
+QRect NoticeText::selectedPlace() const
+{
+    if (!hasSelectedText()) {
+        return {};
+    }
+    const QTextBlock block = document->findBlock(selectionStart());
+    const int start = selectionStart() - block.position();
+    const QTextLine line = block.layout()->lineForTextPosition(start);
+    const int end = std::min(start + selectedText().size(), line.textStart() + line.textLength());
+    const QPointF corner = document->documentLayout()->blockBoundingRect(block).topLeft();
+    const double left = std::min(line.cursorToX(start), line.cursorToX(end));
+    const double right = std::max(line.cursorToX(start), line.cursorToX(end));
+    return QRectF{left, line.y(), right - left, line.height()}
+        .translated(corner + contentsRect().topLeft())
+        .toAlignedRect();
+}
+
+bool NoticeText::hasLink() const
+{
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            if (it.fragment().charFormat().isAnchor()) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 } // namespace ui

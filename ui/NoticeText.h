@@ -2,6 +2,10 @@
 
 #include "ui/LinkLabel.h"
 
+#include <QRect>
+
+class QTextDocument;
+
 namespace ui {
 
 /// A wrapped label for rich text that comes from outside the program.
@@ -29,6 +33,15 @@ class NoticeText : public LinkLabel
 
 public:
     NoticeText(const QString &text, QWidget *parent);
+
+    /// Where the selected text begins, on one line, in the label's coordinates; null without one.
+    QRect selectedPlace() const;
+
+protected:
+    bool hasLink() const override;
+
+private:
+    QTextDocument *document;
 };
 
 } // namespace ui
