@@ -114,6 +114,8 @@ private Q_SLOTS:
     void toolTipIsOnTheScreen_data();
     void toolTipIsOnTheScreen();
     void toolTipGoesWithTheLongText();
+    void toolTipGoesWithItsText();
+    void toolTipsOfOthersStay();
 
     void costDoesNotGrow();
 
@@ -472,6 +474,38 @@ void tst_PillLabel::toolTipGoesWithTheLongText()
     pill.setText(QStringLiteral("short"));
     toolTipOf(pill);
     QVERIFY(support::waitFor([] { return !QToolTip::isVisible(); }));
+}
+
+void tst_PillLabel::toolTipGoesWithItsText()
+{
+    Pill pill{repeated("x", toolTipLimit)};
+    QVERIFY(QTest::qWaitForWindowActive(&pill));
+    // The mouse may be there already, and nothing is told of a move to where it is.
+    QTest::mouseMove(&pill, QPoint{1, 1});
+    QTest::mouseMove(&pill, pill.rect().center());
+    QTRY_VERIFY(pill.underMouse());
+    QVERIFY(!toolTipOf(pill).isEmpty());
+    pill.say(repeated("x", toolTipLimit));
+    QVERIFY(QToolTip::isVisible());
+    // The mouse rests, and asks for nothing.
+    pill.say(repeated("y", toolTipLimit));
+    QVERIFY(support::waitFor([] { return !QToolTip::isVisible(); }));
+}
+
+void tst_PillLabel::toolTipsOfOthersStay()
+{
+    Pill other{repeated("x", toolTipLimit)};
+    Pill pill{QStringLiteral("one")};
+    pill.move(0, 300);
+    QVERIFY(QTest::qWaitForWindowActive(&pill));
+    QVERIFY(!pill.underMouse());
+    QVERIFY(!toolTipOf(other).isEmpty());
+    pill.say(QStringLiteral("another"));
+    // What has to go goes after 300 ms.
+    constexpr int surelyGoneMs = 900;
+    QTest::qWait(surelyGoneMs);
+    QVERIFY(QToolTip::isVisible());
+    QToolTip::hideText();
 }
 
 void tst_PillLabel::costDoesNotGrow()

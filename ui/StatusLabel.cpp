@@ -1,6 +1,7 @@
 #include "ui/StatusLabel.h"
 
 #include <QAccessible>
+#include <QToolTip>
 
 namespace ui {
 
@@ -18,6 +19,10 @@ void StatusLabel::say(const QString &text_)
 void StatusLabel::answer(const QString &text)
 {
     setText(text);
+    // It would go on telling the whole of the old text.
+    if (underMouse() && QToolTip::isVisible()) {
+        QToolTip::hideText();
+    }
     if (QAccessible::isActive()) {
         readOut();
     }

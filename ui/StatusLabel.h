@@ -14,7 +14,7 @@ public:
     explicit StatusLabel(const QString &text, QWidget *parent = nullptr);
 
     /// Shows the text, and has it read out if it is another one and the label can be seen. Without
-    /// a screen reader it is setText() and nothing more.
+    /// a screen reader it is setText(), and the end of a tool tip that told the old text.
     void say(const QString &text);
     /// As say(), but it is also read out if it is the same again: the user has just done something
     /// and waits for what comes of it.
