@@ -38,7 +38,9 @@ bool ScreenCover::isClosed() const
 bool ScreenCover::eventFilter(QObject *watched, QEvent *event)
 {
     const bool comes = event->type() == QEvent::Show;
-    if (!QAccessible::isActive() || (!comes && event->type() != QEvent::Hide)) {
+    // A spontaneous one is the whole window's, which is minimised or restored.
+    if (!QAccessible::isActive() || event->spontaneous() ||
+        (!comes && event->type() != QEvent::Hide)) {
         return QObject::eventFilter(watched, event);
     }
     const auto others = std::count_if(overlays.begin(), overlays.end(), [&](const QWidget *each) {
