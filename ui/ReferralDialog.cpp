@@ -5,6 +5,7 @@
 
 #include <QDialogButtonBox>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -102,6 +103,15 @@ void ReferralDialog::changeEvent(QEvent *event)
         retranslateUi();
     }
     QWidget::changeEvent(event);
+}
+
+void ReferralDialog::keyPressEvent(QKeyEvent *event)
+{
+    // The field has saved by now; the default button would do so once more.
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || !codeEdit->hasFocus()) {
+        QDialog::keyPressEvent(event);
+    }
 }
 
 void ReferralDialog::onSave()
