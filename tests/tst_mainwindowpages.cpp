@@ -57,6 +57,7 @@ private Q_SLOTS:
     void init();
 
     void menuButtonOpensTheMenu();
+    void enterOpensTheMenu();
     void settingsPageCoversTheScreen_data();
     void settingsPageCoversTheScreen();
     void supportPageCoversTheScreen();
@@ -83,6 +84,15 @@ void tst_MainWindowPages::menuButtonOpensTheMenu()
     QCOMPARE(bench.sideMenu()->geometry(), bench.window->centralWidget()->rect());
     QWidget *const top = bench.window->centralWidget()->childAt(180, 280);
     QVERIFY(top == bench.sideMenu() || bench.sideMenu()->isAncestorOf(top));
+}
+
+void tst_MainWindowPages::enterOpensTheMenu()
+{
+    const WindowBench bench;
+    QVERIFY(QTest::qWaitForWindowActive(bench.window.get()));
+    bench.menuButton()->setFocus();
+    QTest::keyClick(bench.window->windowHandle(), Qt::Key_Return);
+    QVERIFY(bench.sideMenu()->isVisible());
 }
 
 void tst_MainWindowPages::settingsPageCoversTheScreen_data()

@@ -58,6 +58,8 @@ private Q_SLOTS:
     void escapeGoesBack();
     void escapeClosesTheListFirst();
     void enterSaves();
+    void enterGoesBack_data();
+    void enterGoesBack();
     void listIsDarkAllOver();
 
 private:
@@ -411,6 +413,25 @@ void tst_SettingsDialog::enterSaves()
     QTest::keyClick(window->windowHandle(), Qt::Key_Return);
     const QStringList expected{QStringLiteral("language de"), QStringLiteral("close")};
     QCOMPARE(emitted, expected);
+}
+
+void tst_SettingsDialog::enterGoesBack_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("among the letters") << Qt::Key_Return;
+    QTest::newRow("among the digits") << Qt::Key_Enter;
+    QTest::newRow("space bar") << Qt::Key_Space;
+}
+
+void tst_SettingsDialog::enterGoesBack()
+{
+    QFETCH(Qt::Key, key);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    page->openPage(QStringLiteral("en"));
+    QVERIFY(PageParts{page}.back->hasFocus());
+    QTest::keyClick(window->windowHandle(), key);
+    QCOMPARE(emitted, QStringList{QStringLiteral("close")});
 }
 
 void tst_SettingsDialog::listIsDarkAllOver()

@@ -16,6 +16,7 @@
 #include "ui/StatusLabel.h"
 #include "ui/SupportDialog.h"
 #include "ui/ToggleSwitch.h"
+#include "ui/ToolButton.h"
 #include "ui/TrayController.h"
 
 #include <QCloseEvent>
@@ -25,7 +26,6 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QSystemTrayIcon>
-#include <QToolButton>
 #include <QTranslator>
 #include <QVBoxLayout>
 
@@ -173,11 +173,11 @@ void MainWindow::buildMainScreen()
     setCentralWidget(background);
     screenCover = new ui::ScreenCover{background};
 
-    menuButton = new QToolButton{background};
+    menuButton = new ui::ToolButton{background};
     menuButton->setObjectName(QStringLiteral("menu"));
     menuButton->setText(QStringLiteral("☰"));
     menuButton->setFixedWidth(menuButtonWidth);
-    connect(menuButton, &QToolButton::clicked, this, &MainWindow::onMenuRequested);
+    connect(menuButton, &ui::ToolButton::clicked, this, &MainWindow::onMenuRequested);
 
     titleLabel = makeLabel(new QLabel{tr("IXOVPN"), background}, "title");
     auto *const counterweight = new QWidget{background};

@@ -9,7 +9,6 @@
 #include <vector>
 
 class QLabel;
-class QToolButton;
 class QTranslator;
 
 namespace ipc {
@@ -24,6 +23,7 @@ class SideMenu;
 class StatusLabel;
 class SupportDialog;
 class ToggleSwitch;
+class ToolButton;
 class TrayController;
 } // namespace ui
 
@@ -83,7 +83,7 @@ private:
     ui::StatusLabel *statusLabel = nullptr;
     QLabel *hintLabel = nullptr;
     ui::PillLabel *pillLabel = nullptr;
-    QToolButton *menuButton = nullptr;
+    ui::ToolButton *menuButton = nullptr;
     ui::SideMenu *sideMenu = nullptr;
     ui::ScreenCover *screenCover = nullptr;
     ipc::ServiceClient *client = nullptr;

@@ -1,11 +1,11 @@
 #include "ui/Page.h"
 
 #include "ui/BackgroundGradient.h"
+#include "ui/ToolButton.h"
 
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace ui {
@@ -38,7 +38,7 @@ Page::Page(const QString &styleSheet, QWidget *parent)
     setStyleSheet(sharedStyle() + styleSheet);
     hide();
 
-    backButton = new QToolButton{this};
+    backButton = new ToolButton{this};
     backButton->setObjectName(QStringLiteral("back"));
     backButton->setText(QStringLiteral("←"));
 

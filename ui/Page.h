@@ -3,10 +3,11 @@
 #include <QWidget>
 
 class QLabel;
-class QToolButton;
 class QVBoxLayout;
 
 namespace ui {
+
+class ToolButton;
 
 /// What the overlay pages of the main window share: the gradient, a header with a back button and
 /// a title, a separating line, and a body below it. It covers its parent wholly when opened and
@@ -41,7 +42,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
-    QToolButton *backButton;
+    ToolButton *backButton;
     QVBoxLayout *body;
 
 private:

@@ -1,11 +1,12 @@
 #include "ui/SettingsDialog.h"
 
+#include "ui/ToolButton.h"
+
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -77,7 +78,7 @@ SettingsDialog::SettingsDialog(QWidget *parent)
     body->addStretch(1);
     body->addLayout(buttonRow);
 
-    connect(backButton, &QToolButton::clicked, this, &SettingsDialog::closeRequested);
+    connect(backButton, &ToolButton::clicked, this, &SettingsDialog::closeRequested);
     connect(saveButton, &QPushButton::clicked, this, &SettingsDialog::onSave);
 
     retranslateUi();

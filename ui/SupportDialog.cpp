@@ -4,6 +4,7 @@
 #include "ui/LinkLabel.h"
 #include "ui/ReferralCode.h"
 #include "ui/SupportLink.h"
+#include "ui/ToolButton.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -13,7 +14,6 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <chrono>
@@ -80,7 +80,7 @@ SupportDialog::SupportDialog(QWidget *parent)
     referral.row->hide();
     body->addStretch(1);
 
-    connect(backButton, &QToolButton::clicked, this, &SupportDialog::closeRequested);
+    connect(backButton, &ToolButton::clicked, this, &SupportDialog::closeRequested);
 
     retranslateUi();
 }
