@@ -163,6 +163,7 @@ MainWindow::MainWindow(QWidget *parent)
     buildPages();
     buildServices();
     nameControls();
+    toggle->setAccessibleDescription(statusLabel->text());
     client->connectToService();
 }
 
@@ -487,7 +488,6 @@ void MainWindow::showState(const QString &word)
 void MainWindow::nameControls()
 {
     toggle->setAccessibleName(tr("IXOVPN"));
-    toggle->setAccessibleDescription(statusLabel->text());
     // A sign that cannot be read out; the button says what lies behind it.
     menuButton->setAccessibleName(sideMenu->accessibleName());
 }
