@@ -39,6 +39,8 @@ public:
 
     /// Called with each notice before OK is pressed.
     std::function<void(ui::NoticeDialog &)> meanwhile = [](ui::NoticeDialog &) {};
+    /// Nobody presses OK.
+    bool leavesOpen = false;
 
     bool eventFilter(QObject *object, QEvent *event) override
     {
@@ -60,7 +62,7 @@ private:
     void read(ui::NoticeDialog &notice)
     {
         meanwhile(notice);
-        if (notice.isVisible()) {
+        if (notice.isVisible() && !leavesOpen) {
             auto *const buttons = notice.findChild<QDialogButtonBox *>();
             buttons->button(QDialogButtonBox::Ok)->click();
         }
@@ -115,6 +117,7 @@ private Q_SLOTS:
     void queuedNoticesOutliveTheLink();
     void overTheReferralDialog();
     void manyInOneSegment();
+    void quittingDropsTheQueue_data();
     void quittingDropsTheQueue();
     void noneAfterQuitting();
     void noneWhileTheTrayQuits();
@@ -359,15 +362,28 @@ void tst_MainWindowNotices::manyInOneSegment()
     QVERIFY(bench.window->findChildren<ui::NoticeDialog *>().isEmpty());
 }
 
+void tst_MainWindowNotices::quittingDropsTheQueue_data()
+{
+    QTest::addColumn<bool>("fromOutside");
+    QTest::newRow("by the menu") << false;
+    QTest::newRow("with the desktop's session") << true;
+}
+
 void tst_MainWindowNotices::quittingDropsTheQueue()
 {
+    QFETCH(bool, fromOutside);
     WindowBench bench;
     QVERIFY(bench.greeted());
 
     NoticeReader reader;
+    reader.leavesOpen = fromOutside;
     reader.meanwhile = [&](ui::NoticeDialog &) {
         QVERIFY(markerArrived(bench));
-        Q_EMIT bench.sideMenu()->exitRequested();
+        if (fromOutside) {
+            QCoreApplication::exit();
+        } else {
+            Q_EMIT bench.sideMenu()->exitRequested();
+        }
     };
     QTimer::singleShot(0, bench.window.get(), [&bench] {
         bench.service.write((numberedNotices(11) << marker).join('\n') + '\n');

@@ -516,6 +516,8 @@ void MainWindow::showNextNotice()
     ui::NoticeDialog dialog{noticeQueue.takeFirst(), this};
     dialog.exec();
     noticeShowing = false;
+    // Whoever reads it closes it: what is left has been ended with the program.
+    quitting = quitting || dialog.isVisible();
     showNextNotice();
 }
 
