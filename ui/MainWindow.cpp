@@ -328,7 +328,7 @@ void MainWindow::showPutOff()
     for (const Message &message : unshown) {
         switch (message.kind) {
         case MessageKind::Status:
-            showState(message.rest);
+            applyStatus(message.rest);
             break;
         case MessageKind::Error:
             toggle->setState(ToggleSwitch::State::Error);
@@ -429,12 +429,6 @@ void MainWindow::retranslateUi()
 }
 
 void MainWindow::applyStatus(const QString &word)
-{
-    lastStatus = word;
-    showState(word);
-}
-
-void MainWindow::showState(const QString &word)
 {
     using State = ToggleSwitch::State;
 

@@ -31,7 +31,8 @@ class TrayController;
 /// labels, the tray, the notices and the pages.
 ///
 /// It keeps no model of the tunnel: what it shows is always the last thing that the service or
-/// the link said, or what the user has just asked for. The first attempt to reach the service
+/// the link said, or what the user has just asked for; only a change of language shows the last
+/// status word again, whatever came after it. The first attempt to reach the service
 /// begins with construction, shown or not.
 class MainWindow : public QMainWindow
 {
@@ -63,7 +64,6 @@ private:
     void retranslateUi();
 
     void applyStatus(const QString &word);
-    void showState(const QString &word);
     void putOff(ipc::protocol::Message message);
     void showPutOff();
     /// For those who cannot see the screen.

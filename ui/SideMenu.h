@@ -20,7 +20,7 @@ class SideMenu : public QWidget
 public:
     explicit SideMenu(QWidget *parent = nullptr);
 
-    /// Covers the parent at its present size and slides in; also turns back a menu that is just
+    /// Covers the parent at its present size and slides in from the edge, also a menu that is just
     /// closing. Without a parent it does nothing.
     void openMenu();
     /// Slides out from wherever the panel is and hides the menu; does nothing on a closed menu.
