@@ -157,12 +157,14 @@ void Soak::warmUp()
 
 void Soak::anyStep()
 {
+    // A full run needs ten times as many losses as languages and notices; states come by the
+    // hundred anyway.
     static constexpr std::array steps{
-        Step{8, &Soak::changeStates}, Step{8, &Soak::changeStatesOneByOne},
-        Step{6, &Soak::loseLink},     Step{6, &Soak::chooseLanguage},
-        Step{4, &Soak::showNotices},  Step{4, &Soak::openPages},
-        Step{8, &Soak::click},        Step{3, &Soak::stopAndContinue},
-        Step{3, &Soak::jumpClock},    Step{2, &Soak::staySilent},
+        Step{4, &Soak::changeStates}, Step{3, &Soak::changeStatesOneByOne},
+        Step{24, &Soak::loseLink},    Step{3, &Soak::chooseLanguage},
+        Step{1, &Soak::showNotices},  Step{2, &Soak::openPages},
+        Step{5, &Soak::click},        Step{2, &Soak::stopAndContinue},
+        Step{1, &Soak::jumpClock},    Step{1, &Soak::staySilent},
         Step{1, &Soak::flood},
     };
     int all = 0;
