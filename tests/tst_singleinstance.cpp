@@ -1,5 +1,7 @@
 #include "app/SingleInstance.h"
 
+#include "tests/support/OtherUser.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -372,26 +374,30 @@ void tst_SingleInstance::staleChannelIsReplaced()
 void tst_SingleInstance::takenNamesAreStepped_data()
 {
     QTest::addColumn<QString>("squat");
-    QTest::newRow("a file") << QStringLiteral("touch %1");
+    QTest::addColumn<bool>("asOther");
+    QTest::newRow("a file") << QStringLiteral("touch %1") << false;
     QTest::newRow("a link to a folder of ours")
-        << QStringLiteral("mkdir -m 700 /tmp/ours; ln -s /tmp/ours %1");
-    QTest::newRow("a dangling link") << QStringLiteral("ln -s /tmp/nowhere %1");
-    QTest::newRow("a folder of another user") << QStringLiteral("mkdir %1; chown 1:1 %1");
+        << QStringLiteral("mkdir -m 700 /tmp/ours; ln -s /tmp/ours %1") << false;
+    QTest::newRow("a dangling link") << QStringLiteral("ln -s /tmp/nowhere %1") << false;
+    QTest::newRow("a folder of another user") << QStringLiteral("mkdir %1; chown %2 %1") << true;
     QTest::newRow("an open folder of another user")
-        << QStringLiteral("mkdir -m 777 %1; chown 1:1 %1");
+        << QStringLiteral("mkdir -m 777 %1; chown %2 %1") << true;
 }
 
 void tst_SingleInstance::takenNamesAreStepped()
 {
     QFETCH(QString, squat);
+    QFETCH(bool, asOther);
+    if (asOther && !support::otheruser::isPossible()) {
+        QSKIP("Only root can play another user");
+    }
     moveToSharedFolder();
+    const QString user = QString::number(support::otheruser::id);
     for (const QString &name : {sharedFolder(), sharedFolder(QStringLiteral("-1"))}) {
-        QProcess::execute(QStringLiteral("rm"),
-                          {QStringLiteral("-rf"), QStringLiteral("/tmp/ours")});
-        const QString command = QString{squat}.replace(QStringLiteral("%1"), name);
-        if (QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-ec"), command}) != 0) {
-            QSKIP("Only root can play another user");
-        }
+        QDir{QStringLiteral("/tmp/ours")}.removeRecursively();
+        const QString command =
+            QString{squat}.replace(QLatin1String{"%1"}, name).replace(QLatin1String{"%2"}, user);
+        QCOMPARE(QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-ec"), command}), 0);
     }
 
     SingleInstance first;
@@ -412,7 +418,7 @@ void tst_SingleInstance::otherUsersReachNoChannel_data()
 void tst_SingleInstance::otherUsersReachNoChannel()
 {
     QFETCH(bool, shared);
-    if (geteuid() != 0) {
+    if (!support::otheruser::isPossible()) {
         QSKIP("Only root can play another user");
     }
     if (shared) {
@@ -424,19 +430,19 @@ void tst_SingleInstance::otherUsersReachNoChannel()
     const SingleInstance::ShowRequests requests{first, &window};
 
     const QString folder = shared ? sharedFolder() : loginFolder() + QStringLiteral("/ixovpn");
-    const auto askAs = [&folder](const char *user) {
+    const auto askAs = [&folder](int user) {
         return QProcess::execute(
             QStringLiteral("setpriv"),
-            {QStringLiteral("--reuid"), QString::fromLatin1(user), QStringLiteral("--clear-groups"),
+            {QStringLiteral("--reuid"), QString::number(user), QStringLiteral("--clear-groups"),
              QStringLiteral("perl"), QStringLiteral("-MSocket"), QStringLiteral("-e"),
              QStringLiteral("socket(S, AF_UNIX, SOCK_DGRAM, 0) or exit 3; exit(defined send(S, "
                             "\"show\\n\\n\\n\", 0, pack_sockaddr_un(shift)) ? 0 : 1)"),
              folder + QStringLiteral("/show")});
     };
-    QCOMPARE(askAs("1"), 1);
+    QCOMPARE(askAs(support::otheruser::id), 1);
     QCoreApplication::processEvents();
     QVERIFY(!window.isVisible());
-    QCOMPARE(askAs("0"), 0);
+    QCOMPARE(askAs(0), 0);
     QTRY_VERIFY(window.isVisible());
 }
 

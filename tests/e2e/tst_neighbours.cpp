@@ -1,3 +1,4 @@
+#include "tests/support/OtherUser.h"
 #include "tests/support/ScriptedService.h"
 
 #include <QDir>
@@ -7,8 +8,6 @@
 #include <QTest>
 
 #include <memory>
-
-#include <unistd.h>
 
 using support::ScriptedService;
 
@@ -74,13 +73,14 @@ std::unique_ptr<QProcess> tst_Neighbours::startClient() const
 // that it says makes the client say more.
 void tst_Neighbours::strangerOnThePort()
 {
-    if (geteuid() != 0) {
+    if (!support::otheruser::isPossible()) {
         QSKIP("Only root can play another user");
     }
     QProcess stranger;
     stranger.start(QStringLiteral("setpriv"),
-                   {QStringLiteral("--reuid=1"), QStringLiteral("--clear-groups"),
-                    QStringLiteral("perl"), QStringLiteral("-MSocket"), QStringLiteral("-e"),
+                   {QStringLiteral("--reuid=%1").arg(support::otheruser::id),
+                    QStringLiteral("--clear-groups"), QStringLiteral("perl"),
+                    QStringLiteral("-MSocket"), QStringLiteral("-e"),
                     QString::fromLatin1(strangersService)});
     QTRY_VERIFY_WITH_TIMEOUT(stranger.canReadLine(), 60'000);
     QCOMPARE(stranger.readLine(), QByteArray{"ready\n"});
