@@ -80,8 +80,7 @@ class DesktopEntry(unittest.TestCase):
 
 
 class Metainfo(unittest.TestCase):
-    def setUp(self):
-        (self.path,) = BUILT.glob("*.metainfo.xml")
+    path = BUILT / "ixovpn-client.metainfo.xml"
 
     def remarks(self, path):
         said, code = said_by(
@@ -92,6 +91,23 @@ class Metainfo(unittest.TestCase):
 
     def test_valid(self):
         self.assertLessEqual(self.remarks(self.path), KNOWN_REMARKS)
+
+    def test_settings_of_a_publisher(self):
+        link, name = "https://publisher.example/help?of=client&in=~a%20b", "org.publisher.client"
+        with tempfile.TemporaryDirectory() as build:
+            said, code = said_by(
+                *["cmake", "-G", "Ninja", "-S", TREE, "-B", build, "-DBUILD_TESTING=OFF"],
+                *[f"-DIXOVPN_SUPPORT_LINK={link}", f"-DIXOVPN_APPSTREAM_ID={name}"],
+            )
+            self.assertEqual(code, 0, said)
+            built = Path(build) / "packaging/linux"
+            path = built / self.path.name
+            self.assertEqual(self.remarks(path), set())
+            root = xml.parse(path).getroot()
+            told = (built / "README.txt").read_text()
+        self.assertEqual(root.findtext("url[@type='help']"), link)
+        self.assertEqual(root.findtext("id"), name)
+        self.assertIn(f"/{name}.metainfo.xml\n", told)
 
     def test_valid_with_pictures(self):
         pictures = (SOURCES / "screenshots.xml.in").read_text()

@@ -12,12 +12,15 @@ import sys
 import tarfile
 import tempfile
 import unittest
+import xml.etree.ElementTree as xml
 from pathlib import Path
 
 from billchecks import BillChecks, files_below
 
 TREE = Path(__file__).resolve().parents[2]
 PACKAGES = Path(sys.argv.pop())
+BUILT = PACKAGES.parent / "packaging/linux"
+APPSTREAM_ID = xml.parse(BUILT / "ixovpn-client.metainfo.xml").findtext("id")
 
 ICON_SIZES = [16, 22, 24, 32, 48, 64, 128, 256, 512]
 CLIENT_FILES = {
@@ -25,7 +28,7 @@ CLIENT_FILES = {
     "share/applications/ixovpn-client.desktop",
     "share/icons/hicolor/scalable/apps/ixovpn-client.svg",
     "share/man/man1/ixovpn-client.1.gz",
-    "share/metainfo/example.ixovpn.client.metainfo.xml",
+    f"share/metainfo/{APPSTREAM_ID}.metainfo.xml",
     *(f"share/icons/hicolor/{size}x{size}/apps/ixovpn-client.png" for size in ICON_SIZES),
 }
 DEBIAN_FILES = {
