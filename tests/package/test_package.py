@@ -239,12 +239,20 @@ class BillsOfMaterials(Unpacked, BillChecks):
         values.pop("VERSION")
         files = ["ixovpn-client.exe", "licences/Qt.txt", "Qt5Core.dll", "platforms/qwindows.dll"]
         bill = self.make_bill(files, json.loads(description.read_text()), values)
-        owned = {
-            relation["relatedSpdxElement"]
-            for relation in bill["relationships"]
-            if relation["spdxElementId"] == "SPDXRef-Package-qtbase"
-        }
+        owned, linked = (
+            {
+                relation["relatedSpdxElement"].removeprefix("SPDXRef-Package-")
+                for relation in bill["relationships"]
+                if relation["spdxElementId"] == "SPDXRef-Package-qtbase"
+                and relation["relationshipType"] == kind
+            }
+            for kind in ("CONTAINS", "STATIC_LINK")
+        )
         self.assertEqual(len(owned), 2)
+        # Of what the toolkit is told to link from its own copies nothing is missing.
+        told = re.findall(r" -qt-(\w+)", (TREE / "scripts/windows-qt").read_text())
+        self.assertEqual(len(told), 6)
+        self.assertEqual({name.replace("-", "").rstrip("2") for name in linked}, set(told))
 
     def test_value_that_nobody_set_is_refused(self):
         own = dict(self.own, version="@SOMETHING@")
