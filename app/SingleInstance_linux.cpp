@@ -25,7 +25,7 @@ namespace {
 // So many names in the shared folder may be taken by somebody else before we go without a place.
 constexpr int sharedFolderTries = 64;
 
-// Longer than any start-up id or activation token that a launcher makes.
+// Longer than any start-up id that a launcher makes.
 constexpr std::size_t longestRequest = 1024;
 
 class Descriptor
@@ -125,26 +125,26 @@ Descriptor openSocket()
     return Descriptor{socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
 }
 
-// One datagram is one request: three lines, of which the last two may be empty.
-QByteArray encode(const LaunchContext &launch)
+// One datagram is one request: two lines, of which the second, the start-up id, may be empty.
+QByteArray encode(const QByteArray &startupId)
 {
-    return "show\n" + launch.startupId + '\n' + launch.activationToken + '\n';
+    return "show\n" + startupId + '\n';
 }
 
-std::optional<LaunchContext> decode(const QByteArray &request)
+std::optional<QByteArray> decode(const QByteArray &request)
 {
     const QList<QByteArray> lines = request.split('\n');
-    if (lines.size() != 4 || lines.at(0) != "show" || !lines.at(3).isEmpty()) {
+    if (lines.size() != 3 || lines.at(0) != "show" || !lines.at(2).isEmpty()) {
         return std::nullopt;
     }
-    return LaunchContext{lines.at(1), lines.at(2)};
+    return lines.at(1);
 }
 
 void askForWindow(const std::string &folder)
 {
     const Descriptor channel = openSocket();
     const sockaddr_un address = channelAddress(folder);
-    const QByteArray request = encode(launchContextFromEnvironment());
+    const QByteArray request = encode(startupIdFromEnvironment());
     sendto(channel.get(), request.constData(), static_cast<std::size_t>(request.size()),
            MSG_NOSIGNAL, generic(address), sizeof address);
 }
@@ -207,14 +207,14 @@ private:
     // Reads all that is there before it acts, so that many starts at once show the window once.
     void onReadable()
     {
-        std::optional<LaunchContext> wanted;
+        std::optional<QByteArray> wanted;
         std::array<char, longestRequest> buffer = {};
         ssize_t length = 0;
         while ((length = recv(channel.get(), buffer.data(), buffer.size(), MSG_TRUNC)) >= 0) {
             if (static_cast<std::size_t>(length) <= buffer.size()) {
-                const auto launch = decode(QByteArray{buffer.data(), static_cast<int>(length)});
-                if (launch) {
-                    wanted = launch;
+                const auto startupId = decode(QByteArray{buffer.data(), static_cast<int>(length)});
+                if (startupId) {
+                    wanted = startupId;
                 }
             }
         }

@@ -20,15 +20,6 @@ constexpr uint32_t directUserAction = 2;
 constexpr std::size_t announcementPart = 20;
 constexpr char timeMark[] = "_TIME";
 
-constexpr char startupIdVariable[] = "DESKTOP_STARTUP_ID";
-constexpr char activationTokenVariable[] = "XDG_ACTIVATION_TOKEN";
-
-QByteArray oneLineFromEnvironment(const char *variable)
-{
-    const QByteArray value = qgetenv(variable);
-    return value.contains('\n') ? QByteArray{} : value;
-}
-
 uint32_t userTime(const QByteArray &startupId)
 {
     const int mark = startupId.lastIndexOf(timeMark);
@@ -149,17 +140,14 @@ void tellX11(const QWidget *window, const QByteArray &startupId)
 
 } // namespace
 
-LaunchContext launchContextFromEnvironment()
+QByteArray startupIdFromEnvironment()
 {
-    return {oneLineFromEnvironment(startupIdVariable),
-            oneLineFromEnvironment(activationTokenVariable)};
+    const QByteArray value = qgetenv("DESKTOP_STARTUP_ID");
+    return value.contains('\n') ? QByteArray{} : value;
 }
 
-void showAtUserRequest(QWidget *window, const LaunchContext &launch)
+void showAtUserRequest(QWidget *window, const QByteArray &startupId)
 {
-    if (!launch.activationToken.isEmpty()) {
-        qputenv(activationTokenVariable, launch.activationToken);
-    }
     QWidget *const dialog = QApplication::activeModalWidget();
     // There the toolkit can put no window to the front, but a new one comes up there. To hide a
     // dialog would be to end it.
@@ -177,7 +165,7 @@ void showAtUserRequest(QWidget *window, const LaunchContext &launch)
     front->raise();
     front->activateWindow();
     if (QGuiApplication::platformName() == QLatin1String{"xcb"}) {
-        tellX11(front, launch.startupId);
+        tellX11(front, startupId);
     }
 }
 
