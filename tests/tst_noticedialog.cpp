@@ -532,6 +532,7 @@ void tst_NoticeDialog::keyboardComesBack_data()
     const QString words = QStringLiteral("We are <b>sorry</b>. ");
     QTest::addColumn<QString>("notice");
     QTest::newRow("without markup") << words.repeated(400);
+    QTest::newRow("a named place") << words.repeated(400) + QStringLiteral("<a name='x'>y</a>");
     QTest::newRow("a link that is refused")
         << words.repeated(400) + QStringLiteral("<a href='file:///x'>y</a>");
     QTest::newRow("a link in a text that is too long")

@@ -371,7 +371,7 @@ bool NoticeText::hasLink() const
 {
     for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
         for (auto it = block.begin(); !it.atEnd(); ++it) {
-            if (it.fragment().charFormat().isAnchor()) {
+            if (it.fragment().charFormat().hasProperty(QTextFormat::AnchorHref)) {
                 return true;
             }
         }
