@@ -11,7 +11,10 @@ ToolButton::ToolButton(QWidget *parent)
 void ToolButton::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
+        // Held, it would go on to press what has the keyboard next.
+        if (!event->isAutoRepeat()) {
+            click();
+        }
     } else {
         QToolButton::keyPressEvent(event);
     }

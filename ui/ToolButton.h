@@ -4,8 +4,8 @@
 
 namespace ui {
 
-/// A button with a sign on it that Enter presses as the space bar does: outside dialogs the
-/// toolkit's own lets that key go by.
+/// A button with a sign on it that Enter presses, too, once however long it is held: outside
+/// dialogs the toolkit's own lets that key go by.
 class ToolButton : public QToolButton
 {
     Q_OBJECT
