@@ -24,7 +24,8 @@ public:
     explicit ServiceClient(QObject *parent);
 
     /// Begins an attempt unless one is under way or the connection stands. To be called once;
-    /// from then on the client comes back by itself, 1500 ms after each loss or refusal.
+    /// from then on the client comes back by itself, 1500 ms after each loss or refusal, or as much
+    /// later again while lines from before the loss are still being reported.
     void connectToService();
 
     void send(const QString &cmd);
