@@ -36,15 +36,30 @@ bool isOwnFolder(const QString &path)
            found.st_uid == geteuid() && (found.st_mode & 0777) == 0700;
 }
 
+sockaddr_un channelIn(const QString &folder)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray path = folder.toLocal8Bit() + "/show";
+    std::copy(path.begin(), path.end(), address.sun_path);
+    return address;
+}
+
+// Listens in place of the first client; the caller closes it.
+int boundChannel(const QString &folder)
+{
+    const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const sockaddr_un address = channelIn(folder);
+    const bool bound = bind(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    return bound ? fd : -1;
+}
+
 // As a later start sends it; false if nobody listens.
 bool send(const QByteArray &datagram,
           const QString &folder = loginFolder() + QStringLiteral("/ixovpn"))
 {
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    const QByteArray path = folder.toLocal8Bit() + "/show";
-    std::copy(path.begin(), path.end(), address.sun_path);
+    const sockaddr_un address = channelIn(folder);
     const ssize_t sent = sendto(fd, datagram.constData(), static_cast<size_t>(datagram.size()), 0,
                                 reinterpret_cast<const sockaddr *>(&address), sizeof address);
     close(fd);
@@ -239,8 +254,8 @@ void tst_SingleInstance::requestWithStartupId()
 {
     SingleInstance first;
     QVERIFY(first.claim());
-    QWidget window;
-    const SingleInstance::ShowRequests requests{first, &window};
+    const int fd = boundChannel(loginFolder() + QStringLiteral("/ixovpn"));
+    QVERIFY(fd >= 0);
     qputenv("DESKTOP_STARTUP_ID", "launcher/client/1-0-host_TIME12345");
     {
         SingleInstance later;
@@ -248,7 +263,11 @@ void tst_SingleInstance::requestWithStartupId()
     }
     qunsetenv("DESKTOP_STARTUP_ID");
 
-    QTRY_VERIFY(window.isVisible());
+    QByteArray said{longestRequest, '\0'};
+    const ssize_t length = recv(fd, said.data(), static_cast<size_t>(said.size()), MSG_DONTWAIT);
+    close(fd);
+    QCOMPARE(said.left(static_cast<int>(length)),
+             QByteArray{"show\nlauncher/client/1-0-host_TIME12345\n"});
 }
 
 void tst_SingleInstance::longestRequestStillWorks()
@@ -346,12 +365,8 @@ void tst_SingleInstance::staleChannelIsReplaced()
         const QString channel = folder + QStringLiteral("/show");
         QFile::remove(channel);
         if (socketFile) {
-            const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-            sockaddr_un address = {};
-            address.sun_family = AF_UNIX;
-            const QByteArray path = channel.toLocal8Bit();
-            std::copy(path.begin(), path.end(), address.sun_path);
-            QCOMPARE(bind(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+            const int fd = boundChannel(folder);
+            QVERIFY(fd >= 0);
             close(fd);
         } else {
             QFile file{channel};
