@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -64,6 +65,7 @@ void tst_LinkLabel::keyboardReachesEveryLink()
 {
     constexpr int manyPresses = 20;
     QStringList reached;
+    const QSignalSpy told{label, &ui::LinkLabel::linkReached};
     const auto pressUntilLeft = [this, &reached](Qt::Key key) {
         reached.clear();
         press(key);
@@ -80,12 +82,14 @@ void tst_LinkLabel::keyboardReachesEveryLink()
     const QStringList forth{QStringLiteral("first"), QStringLiteral("second"),
                             QStringLiteral("third")};
     QCOMPARE(reached, forth);
+    QCOMPARE(told.size(), 3);
 
     pressUntilLeft(Qt::Key_Backtab);
     QVERIFY(before->hasFocus());
     const QStringList back{QStringLiteral("third"), QStringLiteral("second"),
                            QStringLiteral("first")};
     QCOMPARE(reached, back);
+    QCOMPARE(told.size(), 6);
 }
 
 void tst_LinkLabel::tabTakesALinkAtOnce()

@@ -60,8 +60,9 @@ bool LinkLabel::hasLink() const
 
 bool LinkLabel::moveToLink(bool next)
 {
+    const int before = selectionStart();
     const bool moved = QLabel::focusNextPrevChild(next);
-    if (moved && hasFocus() && hasSelectedText()) {
+    if (moved && hasFocus() && hasSelectedText() && selectionStart() != before) {
         Q_EMIT linkReached();
     }
     return moved;

@@ -34,7 +34,8 @@ class NoticeText : public LinkLabel
 public:
     NoticeText(const QString &text, QWidget *parent);
 
-    /// Where the selected text begins, on one line, in the label's coordinates; null without one.
+    /// Where the selected text begins, on one line, in the coordinates of a label that is no higher
+    /// than its text; null without one.
     QRect selectedPlace() const;
 
 protected:
