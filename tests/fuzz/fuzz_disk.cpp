@@ -56,8 +56,11 @@ public:
         QDir::root().mkpath(QFileInfo{path}.path());
     }
 
-    void fill(const QByteArray &text)
+    void fill(QByteArray text)
     {
+        // The toolkit restores such a value before the client sees it, and its sizes end the
+        // program where they cannot be had: whatever is found there is not the client's.
+        text.replace("@Variant(", "@variant(");
         QFile file{path};
         require(file.open(QIODevice::WriteOnly), "no store", file.errorString());
         file.write(text);
