@@ -125,10 +125,13 @@ Descriptor openSocket()
     return Descriptor{socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
 }
 
-// One datagram is one request: two lines, of which the second, the start-up id, may be empty.
+// One datagram is one request: two lines, of which the second, the start-up id, may be empty. An id
+// that cannot be one counts as none: without it the window comes up all the same.
 QByteArray encode(const QByteArray &startupId)
 {
-    return "show\n" + startupId + '\n';
+    const QByteArray request = "show\n" + startupId + '\n';
+    const bool fits = static_cast<std::size_t>(request.size()) <= longestRequest;
+    return fits && !startupId.contains('\n') ? request : QByteArrayLiteral("show\n\n");
 }
 
 std::optional<QByteArray> decode(const QByteArray &request)

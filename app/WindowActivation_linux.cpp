@@ -142,8 +142,7 @@ void tellX11(const QWidget *window, const QByteArray &startupId)
 
 QByteArray startupIdFromEnvironment()
 {
-    const QByteArray value = qgetenv("DESKTOP_STARTUP_ID");
-    return value.contains('\n') ? QByteArray{} : value;
+    return qgetenv("DESKTOP_STARTUP_ID");
 }
 
 void showAtUserRequest(QWidget *window, const QByteArray &startupId)

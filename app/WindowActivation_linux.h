@@ -7,8 +7,8 @@ class QWidget;
 namespace app {
 
 /// What an X11 launcher gave this process, so that the window which answers it may take the
-/// foreground; ends in the time of the user's action. Empty if there is none, or one with line
-/// breaks.
+/// foreground; ends in the time of the user's action. Empty if there is none; any bytes if
+/// somebody else has set it.
 QByteArray startupIdFromEnvironment();
 
 /// Shows the window, also out of the minimised state, and brings it to the front with the dialog

@@ -103,6 +103,7 @@ private Q_SLOTS:
     void laterStartBringsBackAMinimisedWindow();
     void laterStartLeavesAVisibleWindowVisible();
     void laterStartBeforeThereIsAWindow();
+    void requestWithStartupId_data();
     void requestWithStartupId();
     void longestRequestStillWorks();
     void otherBytesDoNothing_data();
@@ -250,13 +251,29 @@ void tst_SingleInstance::laterStartBeforeThereIsAWindow()
     QVERIFY(!window.isVisible());
 }
 
+void tst_SingleInstance::requestWithStartupId_data()
+{
+    QTest::addColumn<QByteArray>("startupId");
+    QTest::addColumn<QByteArray>("expected");
+
+    const QByteArray longestId(longestRequest - request.size(), 'x');
+    QTest::newRow("none") << QByteArray{} << request;
+    QTest::newRow("of a launcher") << QByteArray("launcher/client/1-0-host_TIME12345")
+                                   << QByteArray("show\nlauncher/client/1-0-host_TIME12345\n");
+    QTest::newRow("longest") << longestId << requestOf(longestRequest);
+    QTest::newRow("a byte too long") << longestId + 'x' << request;
+    QTest::newRow("line break") << QByteArray("launcher\nquit") << request;
+}
+
 void tst_SingleInstance::requestWithStartupId()
 {
+    QFETCH(QByteArray, startupId);
+    QFETCH(QByteArray, expected);
     SingleInstance first;
     QVERIFY(first.claim());
     const int fd = boundChannel(loginFolder() + QStringLiteral("/ixovpn"));
     QVERIFY(fd >= 0);
-    qputenv("DESKTOP_STARTUP_ID", "launcher/client/1-0-host_TIME12345");
+    qputenv("DESKTOP_STARTUP_ID", startupId);
     {
         SingleInstance later;
         QVERIFY(!later.claim());
@@ -266,8 +283,7 @@ void tst_SingleInstance::requestWithStartupId()
     QByteArray said{longestRequest, '\0'};
     const ssize_t length = recv(fd, said.data(), static_cast<size_t>(said.size()), MSG_DONTWAIT);
     close(fd);
-    QCOMPARE(said.left(static_cast<int>(length)),
-             QByteArray{"show\nlauncher/client/1-0-host_TIME12345\n"});
+    QCOMPARE(said.left(static_cast<int>(length)), expected);
 }
 
 void tst_SingleInstance::longestRequestStillWorks()
