@@ -1,3 +1,4 @@
+#include "app/HarmfulSettings.h"
 #include "app/Identity.h"
 #include "app/LibrarySearch.h"
 #include "app/OrderlyFailure.h"
@@ -38,6 +39,7 @@ int main(int argc, char *argv[])
         return app::selftest::run(application, arguments);
     }
 
+    app::setHarmfulSettingsAside();
     app::installStartupTranslator(application);
     MainWindow window;
     const app::SingleInstance::ShowRequests showRequests{instance, &window};

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void storeThatCannotBeWritten();
     void oddValues_data();
     void oddValues();
+    void valueThatCannotBeRestored();
     void hugeValues();
 
 private:
@@ -137,6 +138,22 @@ void tst_OddSettings::oddValues()
     session.chooseLanguage(5);
     QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("it")); }));
     QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("it"));
+}
+
+// It claims more points than a program can have.
+void tst_OddSettings::valueThatCannotBeRestored()
+{
+    const StoredSettings store = StoredSettings::ofClient();
+    store.fill("language=@Variant(\\0\\0\\0G\\x7f\\xff\\xff\\xff)\nreferral_code=ABC123\n");
+    ClientSession session;
+    session.service.listen();
+    QVERIFY(session.startLinkedClient());
+    QCOMPARE(session.service.lines(), (QList{setLanguage("en"), askStatus()}));
+    QVERIFY(everyPlaceOpens(session));
+    QVERIFY(session.openPage(ClientSession::settingsRow));
+    session.chooseLanguage(5);
+    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("it")); }));
+    QCOMPARE(store.value("language"), QStringLiteral("it"));
 }
 
 void tst_OddSettings::hugeValues()

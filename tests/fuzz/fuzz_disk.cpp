@@ -4,6 +4,7 @@
 // An input is cut at record separators (0x1e): the client's store, the service's store, and from
 // then on one datagram each.
 
+#include "app/HarmfulSettings.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
 #include "tests/fuzz/Finding.h"
@@ -56,11 +57,8 @@ public:
         QDir::root().mkpath(QFileInfo{path}.path());
     }
 
-    void fill(QByteArray text)
+    void fill(const QByteArray &text)
     {
-        // The toolkit restores such a value before the client sees it, and its sizes end the
-        // program where they cannot be had: whatever is found there is not the client's.
-        text.replace("@Variant(", "@variant(");
         QFile file{path};
         require(file.open(QIODevice::WriteOnly), "no store", file.errorString());
         file.write(text);
@@ -84,10 +82,13 @@ public:
         }
     }
 
-    void fill(const QByteArray &clients, const QByteArray &services)
+    void fill(const QByteArray &clients, QByteArray services)
     {
         client.fill(clients);
+        // Nothing stands before what the toolkit restores from there.
+        services.replace("@Variant(", "@variant(");
         service.fill(services);
+        app::setHarmfulSettingsAside();
     }
 
 private:

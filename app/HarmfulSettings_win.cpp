@@ -1,0 +1,113 @@
+#include "app/HarmfulSettings.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <windows.h>
+
+namespace app {
+
+namespace {
+
+class Key
+{
+public:
+    explicit Key(HKEY key_)
+        : key(key_)
+    {}
+    ~Key()
+    {
+        if (key != nullptr) {
+            RegCloseKey(key);
+        }
+    }
+    Key(const Key &) = delete;
+    Key &operator=(const Key &) = delete;
+
+    HKEY get() const { return key; }
+
+private:
+    HKEY key;
+};
+
+struct Value
+{
+    std::wstring name;
+    DWORD type = REG_NONE;
+    std::vector<BYTE> data;
+};
+
+HKEY openKey(const std::wstring &path)
+{
+    HKEY key = nullptr;
+    RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE | KEY_SET_VALUE, &key);
+    return key;
+}
+
+HKEY makeKey(const std::wstring &path)
+{
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, &key,
+                    nullptr);
+    return key;
+}
+
+std::vector<Value> valuesOf(HKEY key)
+{
+    DWORD longestName = 0;
+    DWORD mostData = 0;
+    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                     &longestName, &mostData, nullptr, nullptr);
+    std::vector<Value> values;
+    for (;;) {
+        Value value{std::wstring(longestName + 1, L'\0'), REG_NONE, std::vector<BYTE>(mostData)};
+        DWORD nameLength = longestName + 1;
+        DWORD dataLength = mostData;
+        if (RegEnumValueW(key, static_cast<DWORD>(values.size()), value.name.data(), &nameLength,
+                          nullptr, &value.type, value.data.data(), &dataLength) != ERROR_SUCCESS) {
+            return values;
+        }
+        value.name.resize(nameLength);
+        value.data.resize(dataLength);
+        values.push_back(std::move(value));
+    }
+}
+
+// Text that holds a zero is stored as bytes.
+bool isHarmful(const Value &value)
+{
+    const std::wstring_view text{reinterpret_cast<const wchar_t *>(value.data.data()),
+                                 value.data.size() / sizeof(wchar_t)};
+    return text.find(L"@Variant(") != std::wstring_view::npos;
+}
+
+} // namespace
+
+void setHarmfulSettingsAside()
+{
+    const std::wstring organisation =
+        L"Software\\" + QCoreApplication::organizationName().toStdWString() + L'\\';
+    for (const std::wstring &name : {QCoreApplication::applicationName().toStdWString(),
+                                     std::wstring{L"OrganizationDefaults"}}) {
+        const Key key{openKey(organisation + name)};
+        if (key.get() == nullptr) {
+            continue;
+        }
+        for (const Value &value : valuesOf(key.get())) {
+            if (!isHarmful(value)) {
+                continue;
+            }
+            const Key aside{makeKey(organisation + name + L".unreadable")};
+            if (RegSetValueExW(aside.get(), value.name.c_str(), 0, value.type, value.data.data(),
+                               static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS) {
+                RegDeleteValueW(key.get(), value.name.c_str());
+            }
+        }
+    }
+}
+
+} // namespace app
