@@ -56,7 +56,8 @@ void setHarmfulSettingsAside()
 {
     const QSettings ofAllPrograms{QSettings::UserScope, QCoreApplication::organizationName()};
     for (const QString &path : {QSettings{}.fileName(), ofAllPrograms.fileName()}) {
-        const QString aside = path + QStringLiteral(".unreadable");
+        QString aside = path;
+        aside.insert(path.lastIndexOf(QLatin1Char{'.'}), QStringLiteral(".unreadable"));
         if (isHarmful(path) && std::rename(QFile::encodeName(path).constData(),
                                            QFile::encodeName(aside).constData()) != 0) {
             // No folder, so there is no file in it, and none can be made.

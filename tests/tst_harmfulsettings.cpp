@@ -56,6 +56,8 @@ void tst_HarmfulSettings::valueOfToolkitType()
     setHarmfulSettingsAside();
 
     QVERIFY(!QSettings{}.contains(languageKey));
+    const QSettings aside{QStringLiteral("IXOVPN"), QStringLiteral("IxoClient.unreadable")};
+    QCOMPARE(aside.value(languageKey), polygon());
     QSettings{}.setValue(languageKey, german);
     setHarmfulSettingsAside();
     QCOMPARE(QSettings{}.value(languageKey).toString(), german);
