@@ -1,5 +1,6 @@
 #include "app/HarmfulSettings.h"
 #include "app/Identity.h"
+#include "tests/support/Contents.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,16 +8,11 @@
 #include <QTest>
 
 using app::setHarmfulSettingsAside;
+using support::contents;
 
 namespace {
 
 const QString languageKey = QStringLiteral("language");
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file{path};
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
-}
 
 } // namespace
 
@@ -44,8 +40,9 @@ private:
 void tst_HarmfulFile::initTestCase()
 {
     app::setIdentity();
+    const QSettings kept{QStringLiteral("IXOVPN"), QStringLiteral("IxoClient.unreadable")};
     path = QSettings{}.fileName();
-    aside = path + QStringLiteral(".unreadable");
+    aside = kept.fileName();
     QVERIFY(QDir::root().mkpath(QFileInfo{path}.path()));
 }
 
@@ -96,7 +93,7 @@ void tst_HarmfulFile::spellings()
     setHarmfulSettingsAside();
 
     QVERIFY(!QFile::exists(path));
-    QCOMPARE(contentOf(aside), text);
+    QCOMPARE(contents(aside), text);
     QVERIFY(!QSettings{}.contains(languageKey));
 }
 
@@ -106,7 +103,7 @@ void tst_HarmfulFile::olderOneIsReplaced()
     setHarmfulSettingsAside();
     fill("language=@Variant(2)\n");
     setHarmfulSettingsAside();
-    QCOMPARE(contentOf(aside), QByteArray{"language=@Variant(2)\n"});
+    QCOMPARE(contents(aside), QByteArray{"language=@Variant(2)\n"});
 }
 
 void tst_HarmfulFile::fileThatCannotBeRenamed()
@@ -119,7 +116,7 @@ void tst_HarmfulFile::fileThatCannotBeRenamed()
 
     QVERIFY(!QSettings{}.contains(languageKey));
     QSettings{}.setValue(languageKey, QStringLiteral("de"));
-    QCOMPARE(contentOf(path), text);
+    QCOMPARE(contents(path), text);
 }
 
 QTEST_GUILESS_MAIN(tst_HarmfulFile)

@@ -1,3 +1,4 @@
+#include "tests/support/Contents.h"
 #include "tests/support/WindowBench.h"
 #include "ui/NoticeDialog.h"
 #include "ui/ReferralDialog.h"
@@ -6,7 +7,6 @@
 #include "ui/SupportDialog.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QPropertyAnimation>
 #include <QSettings>
 #include <QTest>
@@ -69,8 +69,7 @@ QByteArray listed(const QList<Place> &places)
 
 QByteArray reference(const QString &page)
 {
-    QFile file{QStringLiteral(IXOVPN_TESTS "/references/layout/") + page};
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
+    return support::contents(QStringLiteral(IXOVPN_TESTS "/references/layout/") + page);
 }
 
 QList<Place> parse(const QByteArray &text)

@@ -1,7 +1,7 @@
 #include "tests/support/Client.h"
+#include "tests/support/Contents.h"
 #include "tests/support/Desktop.h"
 
-#include <QFile>
 #include <QTest>
 
 using support::clientProgram;
@@ -27,8 +27,7 @@ QByteArray tst_OpenGl::loadedBy(Desktop &desktop)
     if (!waitFor([&] { return !desktop.visibleWindows(QStringLiteral("IXOVPN")).isEmpty(); })) {
         return {};
     }
-    QFile maps{QStringLiteral("/proc/%1/maps").arg(client->processId())};
-    return maps.open(QIODevice::ReadOnly) ? maps.readAll() : QByteArray{};
+    return support::contents(QStringLiteral("/proc/%1/maps").arg(client->processId()));
 }
 
 void tst_OpenGl::driverIsNotLoaded()

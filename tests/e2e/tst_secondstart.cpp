@@ -1,7 +1,7 @@
 #include "tests/support/Client.h"
+#include "tests/support/Contents.h"
 #include "tests/support/Desktop.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -298,11 +298,7 @@ void tst_SecondStart::unreadableSettings()
     QCOMPARE(QProcess::execute(QStringLiteral("sh"),
                                {QStringLiteral("-c"), script + make, QStringLiteral("sh"), file}),
              0);
-    const auto contents = [&file] {
-        QFile stored{file};
-        return stored.open(QIODevice::ReadOnly) ? stored.readAll() : QByteArray{};
-    };
-    const QByteArray before = contents();
+    const QByteArray before = support::contents(file);
     QTcpServer service;
     QVERIFY(takesTheService(service));
     const auto client = startClient(withoutDisplay());
@@ -314,7 +310,7 @@ void tst_SecondStart::unreadableSettings()
         return said.contains("{\"cmd\":\"status\"}\n");
     }));
     QVERIFY(isRunning(*client));
-    QCOMPARE(contents(), before);
+    QCOMPARE(support::contents(file), before);
     kill(*client);
     QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), file});
 }

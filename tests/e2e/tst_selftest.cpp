@@ -1,4 +1,5 @@
 #include "app/Windowless.h"
+#include "tests/support/Contents.h"
 #include "tests/support/ScriptedService.h"
 
 #include <QDir>
@@ -15,6 +16,8 @@
 #include <memory>
 #include <vector>
 
+using support::contents;
+
 namespace {
 
 const QString localeOption = QStringLiteral("--test-i18n");
@@ -30,12 +33,6 @@ QByteArray report(const char *locale, const char *connected, const char *disconn
 {
     return QByteArray{"locale="} + locale + "\nConnected=" + connected +
            "\nDisconnected=" + disconnected + '\n';
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file{path};
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
 }
 
 } // namespace

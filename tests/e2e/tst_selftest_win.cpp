@@ -1,5 +1,6 @@
 #include "app/Identity.h"
 #include "tests/support/ClientProcess_win.h"
+#include "tests/support/Contents.h"
 #include "tests/support/ScriptedService.h"
 #include "tests/support/WindowBench.h"
 
@@ -12,6 +13,7 @@
 #include <memory>
 
 using support::ClientProcess;
+using support::contents;
 using support::waitFor;
 
 namespace {
@@ -32,12 +34,6 @@ QByteArray report(const QString &locale, const QString &connected, const QString
         WideCharToMultiByte(CP_ACP, 0, reinterpret_cast<const wchar_t *>(text.utf16()), text.size(),
                             bytes.data(), bytes.size(), nullptr, nullptr);
     return bytes.left(length);
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file{path};
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "tests/support/StoredSettings.h"
+#include "tests/support/Contents.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -35,8 +36,7 @@ void StoredSettings::forget() const
 
 QByteArray StoredSettings::text() const
 {
-    QFile file{path};
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
+    return contents(path);
 }
 
 QString StoredSettings::value(const char *key) const

@@ -1,4 +1,5 @@
 #include "tests/support/ClientProcess_win.h"
+#include "tests/support/Contents.h"
 #include "tests/support/WindowBench.h"
 
 #include <QDir>
@@ -14,6 +15,7 @@
 #include <vector>
 
 using support::ClientProcess;
+using support::contents;
 using support::waitFor;
 
 namespace {
@@ -76,12 +78,6 @@ QStringList listedVersions()
         versions.append(product.version);
     }
     return versions;
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file{path};
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray{};
 }
 
 QMap<QString, QByteArray> allContents(const QString &place)
