@@ -51,6 +51,7 @@ void tst_HarmfulSettings::init()
 void tst_HarmfulSettings::valueOfToolkitType()
 {
     QSettings{}.setValue(languageKey, polygon());
+    QSettings{}.setValue(QStringLiteral("longer"), QString{1000, u'x'});
     QVERIFY(QSettings{}.contains(languageKey));
 
     setHarmfulSettingsAside();
