@@ -12,6 +12,7 @@
 #include "ui/MainWindow.h"
 
 #include <QApplication>
+#include <QSettings>
 
 #include <optional>
 
@@ -40,6 +41,8 @@ int main(int argc, char *argv[])
     }
 
     app::setHarmfulSettingsAside();
+    // Where nothing can be written, a choice is kept for as long as one of these lives.
+    const QSettings settings;
     app::installStartupTranslator(application);
     MainWindow window;
     const app::SingleInstance::ShowRequests showRequests{instance, &window};

@@ -56,16 +56,27 @@ bool tst_OddSettings::everyPlaceOpens(ClientSession &session)
 
 void tst_OddSettings::storeThatCannotBeWritten_data()
 {
+    QTest::addColumn<QByteArray>("stored");
     QTest::addColumn<QByteArray>("seal");
-    QTest::newRow("read-only") << QByteArrayLiteral("mount -o remount,ro /tmp/sealed");
-    QTest::newRow("full disk") << QByteArrayLiteral(
-        "dd if=/dev/zero of=/tmp/sealed/ballast bs=4096; test $? -ne 0");
+
+    const auto row = [](const char *name, const QByteArray &stored, const QByteArray &seal) {
+        QTest::newRow(name) << stored << seal;
+    };
+    const QByteArray some = "language=de\nreferral_code=ABC123\n";
+    const QByteArray readOnly = "mount -o remount,ro /tmp/sealed";
+    const QByteArray full = "dd if=/dev/zero of=/tmp/sealed/ballast bs=4096; test $? -ne 0";
+    row("read-only", some, readOnly);
+    row("read-only, nothing stored", "", readOnly);
+    row("full disk", some, full);
+    row("full disk, nothing stored", "", full);
 }
 
 // Whatever was chosen holds until the end, the service hears of it, and what was there stays.
 void tst_OddSettings::storeThatCannotBeWritten()
 {
+    QFETCH(QByteArray, stored);
     QFETCH(QByteArray, seal);
+    const QByteArray tag = stored.isEmpty() ? "en" : "de";
     const QString home = QStringLiteral("/tmp/sealed");
     const auto shell = [](const Desktop &desktop, const QString &command) {
         return desktop.run(QStringLiteral("sh"), {QStringLiteral("-c"), command}).exitCode;
@@ -74,19 +85,21 @@ void tst_OddSettings::storeThatCannotBeWritten()
     QDir::root().mkpath(home);
     QCOMPARE(shell(session, QStringLiteral("mount -t tmpfs -o size=1m none ") + home), 0);
     const StoredSettings store = StoredSettings::ofClient(home);
-    store.fill("language=de\nreferral_code=ABC123\n");
+    if (!stored.isEmpty()) {
+        store.fill(stored);
+    }
     const QByteArray before = store.text();
     QCOMPARE(shell(session, QString::fromLatin1(seal)), 0);
     session.setVariable(QStringLiteral("HOME"), home);
 
     session.service.listen();
     QVERIFY(session.startLinkedClient());
-    QVERIFY(session.hasReceived(setLanguage("de")));
-    const QImage german = session.still(session.window);
+    QVERIFY(session.hasReceived(setLanguage(tag)));
+    const QImage inFormer = session.still(session.window);
     QVERIFY(session.openPage(ClientSession::settingsRow));
     session.chooseLanguage(1);
     QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("ru")); }));
-    QVERIFY(session.still(session.window) != german);
+    QVERIFY(session.still(session.window) != inFormer);
     const Desktop::Window dialog = session.openReferral();
     QVERIFY(dialog != 0);
     session.pressKey(QStringLiteral("ctrl+a"));
@@ -94,13 +107,17 @@ void tst_OddSettings::storeThatCannotBeWritten()
     session.pressKey(QStringLiteral("Return"));
     QVERIFY(waitFor([&] { return session.hasReceived(setReferral("XYZ789")); }));
     QVERIFY(session.isGone(dialog));
-    QCOMPARE(session.client->state(), QProcess::Running);
+    session.service.clear();
+    session.service.close();
+    QVERIFY(waitFor([&] { return session.hasReceived(askStatus()); }));
+    QCOMPARE(session.service.lines(),
+             (QList{setLanguage("ru"), setReferral("XYZ789"), askStatus()}));
     QCOMPARE(store.text(), before);
 
     session.killClient();
     QVERIFY(session.startLinkedClient());
-    QVERIFY(session.hasReceived(setLanguage("de")));
-    QVERIFY(session.hasReceived(setReferral("ABC123")));
+    QVERIFY(session.hasReceived(setLanguage(tag)));
+    QCOMPARE(session.hasReceived(setReferral("ABC123")), !stored.isEmpty());
     session.killClient();
     QCOMPARE(shell(session, QStringLiteral("umount ") + home), 0);
 }
