@@ -2,16 +2,20 @@
 
 namespace app {
 
-/// Sets the user's settings aside if they hold a value of one of the toolkit's own types
-/// ("@Variant(…)"), which neither the client nor the service writes. The toolkit restores such a
-/// value when it reads the settings, with the sizes that it claims, and the program ends over one
-/// that cannot be had. The client then goes on as if it had not been there. On Linux the file
-/// IxoClient.conf becomes IxoClient.unreadable.conf, in place of an older one; if it cannot be
-/// renamed, the user's settings are neither read nor written until the program ends. On Windows the
-/// value goes from the key IxoClient to IxoClient.unreadable.
+/// Keeps the toolkit from settings with values that it restores from a stream ("@Variant(…)",
+/// "@DateTime(…)"). It does so with the sizes that they claim, and the program ends over one that
+/// cannot be had; neither the client nor the service writes any. The client goes on as if they had
+/// not been there.
 ///
-/// Does not look at the settings that only an administrator can write, nor at what is written while
-/// the program runs. To be called after setIdentity() and before anything reads settings.
+/// On Linux a file that spells one anywhere is harmful as a whole. The user's IxoClient.conf then
+/// becomes IxoClient.unreadable.conf, in place of an older one, and IXOVPN.conf likewise; if that
+/// fails, no settings of the user's are read or written until the program ends. If there is one
+/// among the system's files, none of those is read. On Windows the value goes from the user's key
+/// IxoClient to IxoClient.unreadable, from OrganizationDefaults likewise; it stays where the key
+/// cannot be written, and so does every value of the system's.
+///
+/// Does not look at what is written later. To be called after setIdentity() and before the value of
+/// any setting is read.
 void setHarmfulSettingsAside();
 
 } // namespace app

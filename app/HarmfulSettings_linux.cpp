@@ -2,41 +2,68 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QRegularExpression>
 #include <QSettings>
+#include <QStandardPaths>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace app {
 
 namespace {
 
-// The toolkit keeps the last 16 bits of a number, whatever its length.
-QChar numbered(const QString &hexadecimal, const QString &octal)
+constexpr int octal = 8;
+constexpr int hexadecimal = 16;
+
+bool isLetter(char c)
 {
-    return QChar{static_cast<ushort>(octal.isEmpty() ? hexadecimal.right(4).toUInt(nullptr, 16)
-                                                     : octal.right(6).toUInt(nullptr, 8))};
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-// What a file of settings can spell: escapes by number are their characters. All else that the
-// toolkit passes over within a word is left out, even where it would end the word.
-QString spelledOut(const QString &settings)
+// Larger than those of any base for what is no digit.
+int digitValue(char c)
 {
-    static const QRegularExpression escape{QStringLiteral(R"(\\(?:x([0-9a-fA-F]++)|([0-7]++)|.?))"),
-                                           QRegularExpression::DotMatchesEverythingOption};
-    static const QRegularExpression passedOver{QStringLiteral(R"(["\s])")};
-    QString result;
-    int end = 0;
-    for (auto escapes = escape.globalMatch(settings); escapes.hasNext();) {
-        const QRegularExpressionMatch match = escapes.next();
-        result += settings.midRef(end, match.capturedStart() - end);
-        if (match.lastCapturedIndex() > 0) {
-            result += numbered(match.captured(1), match.captured(2));
-        }
-        end = match.capturedEnd();
+    if (c >= '0' && c <= '9') {
+        return c - '0';
     }
-    result += settings.midRef(end);
-    return result.remove(passedOver);
+    return isLetter(c) ? (c | ' ') - 'a' + 10 : hexadecimal;
+}
+
+// What the rest of an escape stands for; zero if that can be no part of a word. The toolkit keeps
+// the last 16 bits of a number, whatever its length.
+char passEscape(const char *&place, const char *end)
+{
+    const char *const start = place;
+    const bool isHexadecimal = place != end && *place == 'x';
+    const int base = isHexadecimal ? hexadecimal : octal;
+    place += isHexadecimal ? 1 : 0;
+    quint16 character = 0;
+    while (place != end && digitValue(*place) < base) {
+        character = static_cast<quint16>(character * base + digitValue(*place++));
+    }
+    if (place == start && place != end) {
+        ++place;
+    }
+    return character < 0x80 ? static_cast<char>(character) : '\0';
+}
+
+// What a file of settings can spell. The toolkit passes over quotes, broken lines and more within a
+// word; whatever is no part of one is left out here, even where it would end the word.
+QByteArray spelledOut(const QByteArray &settings)
+{
+    QByteArray result;
+    result.reserve(settings.size());
+    const char *place = settings.cbegin();
+    while (place != settings.cend()) {
+        char c = *place++;
+        if (c == '\\') {
+            c = passEscape(place, settings.cend());
+        }
+        if (isLetter(c) || c == '@' || c == '(') {
+            result += c;
+        }
+    }
+    return result;
 }
 
 bool isHarmful(const QString &path)
@@ -45,9 +72,31 @@ bool isHarmful(const QString &path)
     if (!file.open(QIODevice::ReadOnly)) {
         return false;
     }
-    const QByteArray settings = file.readAll();
-    return (settings.contains('@') || settings.contains('\\')) &&
-           spelledOut(QString::fromLatin1(settings)).contains(QLatin1String{"@Variant("});
+    const QByteArray text = spelledOut(file.readAll());
+    return text.contains("@Variant(") || text.contains("@DateTime(");
+}
+
+bool setAside(const QString &path)
+{
+    QString aside = path;
+    aside.insert(path.lastIndexOf(QLatin1Char{'.'}), QStringLiteral(".unreadable"));
+    return std::rename(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) ==
+           0;
+}
+
+// No folder, so there is no file in it, and none can be made.
+void leaveUnread(QSettings::Scope scope)
+{
+    QSettings::setPath(QSettings::NativeFormat, scope, QStringLiteral("/dev/null"));
+}
+
+// One of the files that the client reads there.
+bool holdsHarmfulFile(const QString &folder)
+{
+    const auto names = {"/IXOVPN.conf", "/IXOVPN/IxoClient.conf", "/IXOVPN/IxoService.conf"};
+    return std::any_of(names.begin(), names.end(), [&folder](const char *name) {
+        return isHarmful(folder + QLatin1String{name});
+    });
 }
 
 } // namespace
@@ -56,14 +105,15 @@ void setHarmfulSettingsAside()
 {
     const QSettings ofAllPrograms{QSettings::UserScope, QCoreApplication::organizationName()};
     for (const QString &path : {QSettings{}.fileName(), ofAllPrograms.fileName()}) {
-        QString aside = path;
-        aside.insert(path.lastIndexOf(QLatin1Char{'.'}), QStringLiteral(".unreadable"));
-        if (isHarmful(path) && std::rename(QFile::encodeName(path).constData(),
-                                           QFile::encodeName(aside).constData()) != 0) {
-            // No folder, so there is no file in it, and none can be made.
-            QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                               QStringLiteral("/dev/null"));
+        if (isHarmful(path) && !setAside(path)) {
+            leaveUnread(QSettings::UserScope);
         }
+    }
+    // The first is the user's.
+    const QStringList folders =
+        QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation).mid(1);
+    if (std::any_of(folders.cbegin(), folders.cend(), holdsHarmfulFile)) {
+        leaveUnread(QSettings::SystemScope);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <windows.h>
@@ -56,33 +57,38 @@ HKEY makeKey(const std::wstring &path)
     return key;
 }
 
-std::vector<Value> valuesOf(HKEY key)
-{
-    DWORD longestName = 0;
-    DWORD mostData = 0;
-    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                     &longestName, &mostData, nullptr, nullptr);
-    std::vector<Value> values;
-    for (;;) {
-        Value value{std::wstring(longestName + 1, L'\0'), REG_NONE, std::vector<BYTE>(mostData)};
-        DWORD nameLength = longestName + 1;
-        DWORD dataLength = mostData;
-        if (RegEnumValueW(key, static_cast<DWORD>(values.size()), value.name.data(), &nameLength,
-                          nullptr, &value.type, value.data.data(), &dataLength) != ERROR_SUCCESS) {
-            return values;
-        }
-        value.name.resize(nameLength);
-        value.data.resize(dataLength);
-        values.push_back(std::move(value));
-    }
-}
-
 // Text that holds a zero is stored as bytes.
 bool isHarmful(const Value &value)
 {
     const std::wstring_view text{reinterpret_cast<const wchar_t *>(value.data.data()),
                                  value.data.size() / sizeof(wchar_t)};
-    return text.find(L"@Variant(") != std::wstring_view::npos;
+    return text.find(L"@Variant(") != std::wstring_view::npos ||
+           text.find(L"@DateTime(") != std::wstring_view::npos;
+}
+
+std::vector<Value> harmfulValues(HKEY key)
+{
+    DWORD count = 0;
+    DWORD longestName = 0;
+    DWORD mostData = 0;
+    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count,
+                     &longestName, &mostData, nullptr, nullptr);
+    std::vector<Value> values;
+    for (DWORD i = 0; i < count; ++i) {
+        Value value{std::wstring(longestName + 1, L'\0'), REG_NONE, std::vector<BYTE>(mostData)};
+        DWORD nameLength = longestName + 1;
+        DWORD dataLength = mostData;
+        if (RegEnumValueW(key, i, value.name.data(), &nameLength, nullptr, &value.type,
+                          value.data.data(), &dataLength) != ERROR_SUCCESS) {
+            continue;
+        }
+        value.name.resize(nameLength);
+        value.data.resize(dataLength);
+        if (isHarmful(value)) {
+            values.push_back(std::move(value));
+        }
+    }
+    return values;
 }
 
 } // namespace
@@ -94,13 +100,7 @@ void setHarmfulSettingsAside()
     for (const std::wstring &name : {QCoreApplication::applicationName().toStdWString(),
                                      std::wstring{L"OrganizationDefaults"}}) {
         const Key key{openKey(organisation + name)};
-        if (key.get() == nullptr) {
-            continue;
-        }
-        for (const Value &value : valuesOf(key.get())) {
-            if (!isHarmful(value)) {
-                continue;
-            }
+        for (const Value &value : harmfulValues(key.get())) {
             const Key aside{makeKey(organisation + name + L".unreadable")};
             if (RegSetValueExW(aside.get(), value.name.c_str(), 0, value.type, value.data.data(),
                                static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS) {

@@ -41,7 +41,7 @@ int main(int argc, char *argv[])
     }
 
     app::setHarmfulSettingsAside();
-    // Where nothing can be written, a choice is kept for as long as one of these lives.
+    // Where no file can be written, a choice is kept for as long as one of these lives.
     const QSettings settings;
     app::installStartupTranslator(application);
     MainWindow window;

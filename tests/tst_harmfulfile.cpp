@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 
 using app::setHarmfulSettingsAside;
@@ -29,9 +30,13 @@ private Q_SLOTS:
     void spellings();
     void olderOneIsReplaced();
     void fileThatCannotBeRenamed();
+    void fileForAllPrograms();
+    void filesOfTheSystem_data();
+    void filesOfTheSystem();
 
 private:
-    void fill(const QByteArray &text) const;
+    static void fill(const QByteArray &text, const QString &name);
+    void fill(const QByteArray &text) const { fill(text, path); }
 
     QString path;
     QString aside;
@@ -43,7 +48,6 @@ void tst_HarmfulFile::initTestCase()
     const QSettings kept{QStringLiteral("IXOVPN"), QStringLiteral("IxoClient.unreadable")};
     path = QSettings{}.fileName();
     aside = kept.fileName();
-    QVERIFY(QDir::root().mkpath(QFileInfo{path}.path()));
 }
 
 void tst_HarmfulFile::cleanup()
@@ -55,19 +59,23 @@ void tst_HarmfulFile::cleanup()
                        QFileInfo{QFileInfo{path}.path()}.path());
 }
 
-void tst_HarmfulFile::fill(const QByteArray &text) const
+void tst_HarmfulFile::fill(const QByteArray &text, const QString &name)
 {
-    QFile file{path};
+    QVERIFY(QDir::root().mkpath(QFileInfo{name}.path()));
+    QFile file{name};
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(text), text.size());
 }
 
 void tst_HarmfulFile::spellings_data()
 {
+    QTest::addColumn<QByteArray>("beginning");
     QTest::addColumn<QByteArray>("value");
-    const auto row = [](const char *name, const QByteArray &word) {
-        QTest::newRow(name) << word + "(\\0\\0\\0\\x2\\0\\0\\0\\0\\x5)";
+    const auto row = [](const char *name, const QByteArray &word,
+                        const QByteArray &beginning = {}) {
+        QTest::newRow(name) << beginning << word + "(\\0\\0\\0\\x2\\0\\0\\0\\0\\x5)";
     };
+    const QByteArray mark = "\xef\xbb\xbf";
     row("plain", "@Variant");
     row("hexadecimal", "\\x40Variant");
     row("longer than 16 bits", "@Varian\\x100000074");
@@ -79,12 +87,16 @@ void tst_HarmfulFile::spellings_data()
     row("broken line of another system", "@V\\\r\nariant");
     row("escapes that stand for nothing", "@V\\ga\\jriant");
     row("in a list", "a, @Variant");
+    row("of another form", "@DateTime");
+    row("behind a zero", QByteArray("\0, @Variant", 11));
+    row("byte order marks", "\"@V\"\"" + mark + "ariant\"", mark);
 }
 
 void tst_HarmfulFile::spellings()
 {
+    QFETCH(QByteArray, beginning);
     QFETCH(QByteArray, value);
-    const QByteArray text = "[General]\nreferral_code=ABC123\nlanguage=" + value + '\n';
+    const QByteArray text = beginning + "[General]\nreferral_code=ABC123\nlanguage=" + value + '\n';
     fill(text);
     const QVariant restored = QSettings{}.value(languageKey);
     QVERIFY(restored.userType() == QMetaType::Int ||
@@ -117,6 +129,56 @@ void tst_HarmfulFile::fileThatCannotBeRenamed()
     QVERIFY(!QSettings{}.contains(languageKey));
     QSettings{}.setValue(languageKey, QStringLiteral("de"));
     QCOMPARE(contents(path), text);
+    const QSettings ofSystem{QSettings::SystemScope, QStringLiteral("IXOVPN")};
+    QVERIFY(!ofSystem.fileName().startsWith(QStringLiteral("/dev/null")));
+}
+
+void tst_HarmfulFile::fileForAllPrograms()
+{
+    const QString folder = QFileInfo{QFileInfo{path}.path()}.path();
+    fill("language=@Variant(1)\n", folder + QStringLiteral("/IXOVPN.conf"));
+
+    setHarmfulSettingsAside();
+
+    QVERIFY(!QFile::exists(folder + QStringLiteral("/IXOVPN.conf")));
+    QCOMPARE(contents(folder + QStringLiteral("/IXOVPN.unreadable.conf")),
+             QByteArray{"language=@Variant(1)\n"});
+}
+
+void tst_HarmfulFile::filesOfTheSystem_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("for all programs")
+        << QStringLiteral("1/IXOVPN.conf") << QByteArray{"language=@Variant(1)"} << false;
+    QTest::newRow("of the client")
+        << QStringLiteral("2/IXOVPN/IxoClient.conf") << QByteArray{"language=@Variant(1)"} << false;
+    QTest::newRow("of the service") << QStringLiteral("2/IXOVPN/IxoService.conf")
+                                    << QByteArray{"client_id=@DateTime(1)"} << false;
+    QTest::newRow("harmless") << QStringLiteral("2/IXOVPN/IxoService.conf")
+                              << QByteArray{"client_id=@ByteArray(1)"} << true;
+}
+
+// One that nobody but the administrator can rename leaves all of them unread.
+void tst_HarmfulFile::filesOfTheSystem()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, text);
+    QFETCH(bool, isRead);
+    const QTemporaryDir folder;
+    const QByteArray place = folder.path().toLocal8Bit();
+    const QByteArray dirs = qgetenv("XDG_CONFIG_DIRS");
+    qputenv("XDG_CONFIG_DIRS", place + "/1:" + place + "/2");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, folder.path());
+    fill(text, folder.filePath(name));
+
+    setHarmfulSettingsAside();
+    qputenv("XDG_CONFIG_DIRS", dirs);
+
+    const QSettings settings{QSettings::SystemScope, QStringLiteral("IXOVPN")};
+    QCOMPARE(settings.fileName().startsWith(folder.path()), isRead);
+    QCOMPARE(contents(folder.filePath(name)), text);
 }
 
 QTEST_GUILESS_MAIN(tst_HarmfulFile)

@@ -1,6 +1,7 @@
 #include "app/HarmfulSettings.h"
 #include "app/Identity.h"
 
+#include <QDateTime>
 #include <QPolygon>
 #include <QRect>
 #include <QSettings>
@@ -29,12 +30,12 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
+    void valueOfToolkitType_data();
     void valueOfToolkitType();
     void valueForAllPrograms();
     void secondTime();
     void plainValuesStay_data();
     void plainValuesStay();
-    void nothingStored();
 };
 
 void tst_HarmfulSettings::initTestCase()
@@ -48,9 +49,17 @@ void tst_HarmfulSettings::init()
     QSettings{QSettings::UserScope, QCoreApplication::organizationName()}.clear();
 }
 
+void tst_HarmfulSettings::valueOfToolkitType_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("points") << polygon();
+    QTest::newRow("time") << QVariant{QDateTime::fromSecsSinceEpoch(0)};
+}
+
 void tst_HarmfulSettings::valueOfToolkitType()
 {
-    QSettings{}.setValue(languageKey, polygon());
+    QFETCH(QVariant, value);
+    QSettings{}.setValue(languageKey, value);
     QSettings{}.setValue(QStringLiteral("longer"), QString{1000, u'x'});
     QVERIFY(QSettings{}.contains(languageKey));
 
@@ -58,7 +67,7 @@ void tst_HarmfulSettings::valueOfToolkitType()
 
     QVERIFY(!QSettings{}.contains(languageKey));
     const QSettings aside{QStringLiteral("IXOVPN"), QStringLiteral("IxoClient.unreadable")};
-    QCOMPARE(aside.value(languageKey), polygon());
+    QCOMPARE(aside.value(languageKey), value);
     QSettings{}.setValue(languageKey, german);
     setHarmfulSettingsAside();
     QCOMPARE(QSettings{}.value(languageKey).toString(), german);
@@ -108,13 +117,6 @@ void tst_HarmfulSettings::plainValuesStay()
     setHarmfulSettingsAside();
 
     QCOMPARE(QSettings{}.value(languageKey), value);
-}
-
-void tst_HarmfulSettings::nothingStored()
-{
-    setHarmfulSettingsAside();
-
-    QVERIFY(QSettings{}.allKeys().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_HarmfulSettings)

@@ -162,6 +162,7 @@ void tst_OddSettings::valueThatCannotBeRestored()
 {
     const StoredSettings store = StoredSettings::ofClient();
     store.fill("language=@Variant(\\0\\0\\0G\\x7f\\xff\\xff\\xff)\nreferral_code=ABC123\n");
+    StoredSettings::ofService().fill("client_id=@DateTime(\\0\\0\\0G\\0\\x7f\\xff\\xff\\xff)\n");
     ClientSession session;
     session.service.listen();
     QVERIFY(session.startLinkedClient());

@@ -85,8 +85,9 @@ public:
     void fill(const QByteArray &clients, QByteArray services)
     {
         client.fill(clients);
-        // Nothing stands before what the toolkit restores from there.
-        services.replace("@Variant(", "@variant(");
+        // What it restores from there ends the program; the check of the system's files looks where
+        // they are without the paths set above. No spelling has a chance.
+        services.replace('@', 'a').replace('\\', '/');
         service.fill(services);
         app::setHarmfulSettingsAside();
     }
