@@ -35,12 +35,12 @@ int main(int argc, char *argv[])
     screenScale.reset();
     const app::SessionEnd sessionEnd{application};
     app::setIdentity();
+    app::setHarmfulSettingsAside();
     const QStringList arguments = QCoreApplication::arguments();
     if (selfTest && app::selftest::hasLocale(arguments)) {
         return app::selftest::run(application, arguments);
     }
 
-    app::setHarmfulSettingsAside();
     // Where no file can be written, a choice is kept for as long as one of these lives.
     const QSettings settings;
     app::installStartupTranslator(application);
