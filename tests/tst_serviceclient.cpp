@@ -903,22 +903,18 @@ void tst_ServiceClient::endlessLineLeavesRoomForOthers()
     }
     TRY_COMPARE(link.socket->bytesAvailable(), qint64{portions} * portion.size());
     QVERIFY(link.events.isEmpty());
-    if (QSysInfo::kernelType() == QLatin1String{"winnt"}) {
-        const char *const reason = "Seen under Wine: until all is read, timers have to wait";
-        QEXPECT_FAIL("", reason, Continue);
-        QVERIFY(readings > portions);
-        QEXPECT_FAIL("", reason, Continue);
-        QVERIFY(longest < readings / 10);
-    } else {
-        // How the system cuts what comes in is its own affair, and differs with its load.
-        QVERIFY(longest < readings / 2);
-    }
 
     service.write("\nstatus: running\n");
     TRY_COMPARE(link.events.size(), 2);
     QCOMPARE(link.events.first().size(), portions * portion.size());
     QCOMPARE(link.events.last(), QStringLiteral("status: running"));
     QCOMPARE(link.socket->bytesAvailable(), 0);
+
+    if (QSysInfo::kernelType() == QLatin1String{"winnt"}) {
+        QSKIP("Timers mostly have to wait until all is read (seen under Wine only).");
+    }
+    // How the system cuts what comes in is its own affair, and differs with its load.
+    QVERIFY(longest < readings / 2);
 }
 
 void tst_ServiceClient::floodBeforeTheLoss_data()
