@@ -74,29 +74,25 @@ private:
 class DiskWorld
 {
 public:
-    DiskWorld()
-    {
-        for (const auto scope : {QSettings::UserScope, QSettings::SystemScope}) {
-            QSettings::setPath(QSettings::NativeFormat, scope,
-                               place.filePath(QString::number(scope)));
-        }
-    }
+    DiskWorld() { qputenv("XDG_CONFIG_DIRS", QFile::encodeName(folder(QSettings::SystemScope))); }
 
-    void fill(const QByteArray &clients, QByteArray services)
+    void fill(const QByteArray &clients, const QByteArray &services)
     {
+        // An earlier input may have had one of them left unread.
+        for (const auto scope : {QSettings::UserScope, QSettings::SystemScope}) {
+            QSettings::setPath(QSettings::NativeFormat, scope, folder(scope));
+        }
         client.fill(clients);
-        // What it restores from there ends the program; the check of the system's files looks where
-        // they are without the paths set above. No spelling has a chance.
-        services.replace('@', 'a').replace('\\', '/');
         service.fill(services);
         app::setHarmfulSettingsAside();
     }
 
 private:
+    QString folder(QSettings::Scope scope) const { return place.filePath(QString::number(scope)); }
+
     QString store(QSettings::Scope scope, const char *program) const
     {
-        return place.filePath(QStringLiteral("%1/IXOVPN/%2.conf")
-                                  .arg(QString::number(scope), QString::fromLatin1(program)));
+        return QStringLiteral("%1/IXOVPN/%2.conf").arg(folder(scope), QString::fromLatin1(program));
     }
 
     QTemporaryDir place;
