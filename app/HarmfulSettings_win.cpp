@@ -49,14 +49,6 @@ HKEY openKey(const std::wstring &path)
     return key;
 }
 
-HKEY makeKey(const std::wstring &path)
-{
-    HKEY key = nullptr;
-    RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, &key,
-                    nullptr);
-    return key;
-}
-
 // Text that holds a zero is stored as bytes.
 bool isHarmful(const Value &value)
 {
@@ -100,10 +92,11 @@ void setHarmfulSettingsAside()
     for (const std::wstring &name : {QCoreApplication::applicationName().toStdWString(),
                                      std::wstring{L"OrganizationDefaults"}}) {
         const Key key{openKey(organisation + name)};
+        const std::wstring aside = organisation + name + L".unreadable";
         for (const Value &value : harmfulValues(key.get())) {
-            const Key aside{makeKey(organisation + name + L".unreadable")};
-            if (RegSetValueExW(aside.get(), value.name.c_str(), 0, value.type, value.data.data(),
-                               static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS) {
+            if (RegSetKeyValueW(HKEY_CURRENT_USER, aside.c_str(), value.name.c_str(), value.type,
+                                value.data.data(),
+                                static_cast<DWORD>(value.data.size())) == ERROR_SUCCESS) {
                 RegDeleteValueW(key.get(), value.name.c_str());
             }
         }
