@@ -916,6 +916,12 @@ void tst_NoticeDialog::tablesThatNoLayoutCopesWith_data()
         return QStringLiteral("<table>") + QStringLiteral("<tr>").repeated(count) +
                QString::fromLatin1(cell);
     };
+    QTest::newRow("characters as numbers")
+        << QStringLiteral("<table><td col&#115;pan=&#50;>&#120;</table>") << QStringLiteral("x")
+        << true;
+    QTest::newRow("a number without its end")
+        << QStringLiteral("x") + rows(98, "<td colspan=90&#49")
+        << QStringLiteral("x\n<td colspan=901") << false;
     QTest::newRow("wide rows") << rows(5, "<td colspan=199>x") << QStringLiteral("x") << true;
     QTest::newRow("high cells") << rows(5, "<td rowspan=20480>x") << QStringLiteral("x") << true;
     const auto filled = [](int levels, int length) {
@@ -957,8 +963,23 @@ void tst_NoticeDialog::spansThatNoParserCopesWith_data()
     QTest::newRow("wide cells") << table + QStringLiteral("<td colspan=90>").repeated(10) +
                                        QStringLiteral("x");
     QTest::newRow("written otherwise") << table + QStringLiteral("<td \"ColSpan\" = ' 20480'>x");
-    QTest::newRow("written in numbers") << QStringLiteral("<table><td col&#115;pan=9>x");
-    QTest::newRow("in disguise") << QStringLiteral("<ta&#98;le><td colspan=9>x");
+    QTest::newRow("name in numbers") << table + QStringLiteral("<td col&#115;pan=901>x");
+    QTest::newRow("name in hexadecimal") << table + QStringLiteral("<td &#X43;olspan=901>x");
+    QTest::newRow("figure in numbers") << table + QStringLiteral("<td colspan=&#57;01>x");
+    QTest::newRow("figure among signs")
+        << table + QStringLiteral("<td colspan='&#+57;0&#x0x31;'>x");
+    QTest::newRow("number behind the start of one")
+        << table + QStringLiteral("<td a=&# &#99;olspan=901>x");
+    QTest::newRow("half a character in an attribute")
+        << table + QStringLiteral("<td a=&#xD800; colspan=901>x");
+    QTest::newRow("half a character behind")
+        << table + QStringLiteral("<td colspan=901 a=&#57343;>x");
+    QTest::newRow("number cut off by a comment")
+        << QStringLiteral("<!--StartFragment-->") + table +
+               QStringLiteral("<td colspan=90&#49<!--EndFragment-->x");
+    QTest::newRow("in disguise") << QStringLiteral("<ta&#98;le>") +
+                                        QStringLiteral("<tr>").repeated(98) +
+                                        QStringLiteral("<td colspan=901>x");
     QTest::newRow("many rows") << QStringLiteral("<table>") + QStringLiteral("<tr>").repeated(316) +
                                       QStringLiteral("<td>x");
 }

@@ -120,19 +120,46 @@ bool mayHold(const QString &markup, const QString &element)
     return markup.contains(name);
 }
 
+// What a character written as a number stands for, at least wherever the toolkit reads it, or the
+// same as before. What needs more than 16 bits, or is half a character, is no part of a word.
+QString resolved(const QRegularExpressionMatch &reference)
+{
+    constexpr int decimal = 10;
+    constexpr int hexadecimal = 16;
+    constexpr uint last = 0xffff;
+    const QStringRef number = reference.capturedRef(1);
+    const bool isHexadecimal = number.startsWith(QLatin1Char{'x'}, Qt::CaseInsensitive);
+    bool isNumber = false;
+    const uint code =
+        number.mid(isHexadecimal ? 1 : 0).toUInt(&isNumber, isHexadecimal ? hexadecimal : decimal);
+    return isNumber && code <= last && !QChar::isSurrogate(code) ? QString{QChar{code}}
+                                                                 : reference.captured();
+}
+
+QString withNumbersResolved(const QString &markup)
+{
+    // It needs no end where the text ends, which can be before a comment.
+    static const QRegularExpression reference{QStringLiteral("&#([^&;<]++)(?:;|(?=<)|\\z)")};
+    QString result;
+    int end = 0;
+    for (auto references = reference.globalMatch(markup); references.hasNext();) {
+        const QRegularExpressionMatch match = references.next();
+        result += markup.midRef(end, match.capturedStart() - end) + resolved(match);
+        end = match.capturedEnd();
+    }
+    return result + markup.midRef(end);
+}
+
 bool haveModestSpans(const QString &markup, qint64 tags)
 {
     if (!mayHold(markup, QStringLiteral("table"))) {
         return true;
     }
-    // Letters and digits of a span can be written so.
-    if (markup.contains(QLatin1String{"&#"})) {
-        return false;
-    }
     static const QRegularExpression span{QStringLiteral("colspan[^0-9<>]*+([0-9]++)"),
                                          QRegularExpression::CaseInsensitiveOption};
+    const QString spelledOut = withNumbersResolved(markup);
     auto columns = static_cast<double>(tags);
-    for (auto spans = span.globalMatch(markup); spans.hasNext();) {
+    for (auto spans = span.globalMatch(spelledOut); spans.hasNext();) {
         columns += spans.next().captured(1).toDouble();
     }
     return static_cast<double>(tags) * columns <= mostCells;

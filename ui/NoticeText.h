@@ -18,15 +18,14 @@ namespace ui {
 ///
 /// What would keep the window from answering is shown as plain text: more than 1,000 tags, closing
 /// ones included, or 30,000 characters with them; with what may be a style element, more than 20
-/// tags or 2,000 characters in all; with what may be a table, numeric entities anywhere, or more
-/// than 100,000 as the number of tags times the sum of that and all column spans; more than 6,000
-/// characters without markup, half of that for each level of tables; more than five levels; more
-/// than 1,000 breaks of lines; more than 20 fonts, the label's own among them; letters of more than
-/// 100 pixels or 75 points; any other measure or count of more than 500, except of an image; more
-/// than 20 marks or invisible characters in a row; half a character. Of such a text the first 1,000
-/// lines or 6,000 characters are shown, of each such row the first 20, and an ellipsis if there are
-/// more lines or characters; text() is then without markup, too, if that could not be parsed at
-/// all.
+/// tags or 2,000 characters in all; with what may be a table, more than 100,000 as the number of
+/// tags times the sum of that and all column spans; more than 6,000 characters without markup, half
+/// of that for each level of tables; more than five levels; more than 1,000 breaks of lines; more
+/// than 20 fonts, the label's own among them; letters of more than 100 pixels or 75 points; any
+/// other measure or count of more than 500, except of an image; more than 20 marks or invisible
+/// characters in a row; half a character. Of such a text the first 1,000 lines or 6,000 characters
+/// are shown, of each such row the first 20, and an ellipsis if there are more lines or characters;
+/// text() is then without markup, too, if that could not be parsed at all.
 class NoticeText : public LinkLabel
 {
     Q_OBJECT
