@@ -280,13 +280,13 @@ void MainWindow::onToggleClicked()
     case ToggleSwitch::State::Error:
         toggle->setState(ToggleSwitch::State::Connecting);
         showStatus(tr("Connecting…"));
-        showTrayStatus(tr("Connecting…"));
+        tray->setStatusText(tr("Connecting…"));
         client->send(ipc::protocol::connectCommand);
         break;
     case ToggleSwitch::State::On:
         toggle->setState(ToggleSwitch::State::Disconnecting);
         showStatus(tr("Disconnecting…"));
-        showTrayStatus(tr("Disconnecting…"));
+        tray->setStatusText(tr("Disconnecting…"));
         client->send(ipc::protocol::disconnectCommand);
         break;
     case ToggleSwitch::State::Connecting:
@@ -334,7 +334,7 @@ void MainWindow::showPutOff()
             toggle->setState(ToggleSwitch::State::Error);
             showStatus(tr("Error"));
             pillLabel->say(message.rest);
-            showTrayStatus(tr("Error"));
+            tray->setStatusText(tr("Error"));
             break;
         case MessageKind::ConfigBytes:
             pillLabel->say(tr("Config %1 bytes").arg(message.rest));
@@ -362,7 +362,7 @@ void MainWindow::onServiceConnectionChanged(bool connected)
         pillLabel->say(tr("Service is not running"));
         toggle->setState(ToggleSwitch::State::Off);
         showStatus(tr("Disconnected"));
-        showTrayStatus(tr("Service is not running"));
+        tray->setStatusText(tr("Service is not running"));
     }
 }
 
@@ -438,7 +438,7 @@ void MainWindow::applyStatus(const QString &word)
         toggle->setState(State::On);
         showStatus(tr("Connected"));
         pillLabel->say(tr("Tunnel up"));
-        showTrayStatus(tr("Connected"));
+        tray->setStatusText(tr("Connected"));
         break;
     case ServiceState::Fetching:
     case ServiceState::Starting:
@@ -448,31 +448,31 @@ void MainWindow::applyStatus(const QString &word)
         if (state == ServiceState::Fetching) {
             pillLabel->say(tr("Fetching config…"));
         }
-        showTrayStatus(tr("Connecting…"));
+        tray->setStatusText(tr("Connecting…"));
         break;
     case ServiceState::Stopping:
         toggle->setState(State::Disconnecting);
         showStatus(tr("Disconnecting…"));
-        showTrayStatus(tr("Disconnecting…"));
+        tray->setStatusText(tr("Disconnecting…"));
         break;
     case ServiceState::Stopped:
     case ServiceState::Disconnected:
         toggle->setState(State::Off);
         showStatus(tr("Disconnected"));
         pillLabel->say(tr("Idle"));
-        showTrayStatus(tr("Disconnected"));
+        tray->setStatusText(tr("Disconnected"));
         break;
     case ServiceState::SubscriptionExpired:
         toggle->setState(State::Error);
         showStatus(tr("Error"));
         pillLabel->say(tr("Subscription expired"));
-        showTrayStatus(tr("Error"));
+        tray->setStatusText(tr("Error"));
         break;
     case ServiceState::Failed:
         toggle->setState(State::Error);
         showStatus(tr("Failed"));
         pillLabel->say(word);
-        showTrayStatus(tr("Failed"));
+        tray->setStatusText(tr("Failed"));
         break;
     case ServiceState::Unknown:
         break;
@@ -491,13 +491,6 @@ void MainWindow::showStatus(const QString &text)
     statusLabel->say(text);
     if (toggle->accessibleDescription() != text) {
         toggle->setAccessibleDescription(text);
-    }
-}
-
-void MainWindow::showTrayStatus(const QString &text)
-{
-    if (tray != nullptr && !text.isEmpty()) {
-        tray->setStatusText(text);
     }
 }
 

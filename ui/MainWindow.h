@@ -70,7 +70,6 @@ private:
     void nameControls();
 
     void showStatus(const QString &text);
-    void showTrayStatus(const QString &text);
     void showNextNotice();
     void sendLanguage(const QString &tag);
     void sendReferralCode(const QString &code);
