@@ -1,10 +1,12 @@
 #include "ipc/ServiceClient.h"
 
 #include "ipc/Protocol.h"
+#include "ipc/ResetOnClose.h"
 
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QNetworkProxy>
+#include <QSignalBlocker>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -95,6 +97,16 @@ void ServiceClient::onReadyRead()
 
 void ServiceClient::onConnected()
 {
+    // While nobody listens there, Linux sooner or later gives this end the service's own port, and
+    // the socket is connected to itself. The service must be able to listen there the next moment.
+    if (socket->localPort() == protocol::servicePort) {
+        // What never came up is not reported as lost either.
+        const QSignalBlocker blocker{socket};
+        resetOnClose(*socket);
+        socket->abort();
+        scheduleReconnect();
+        return;
+    }
     // Short commands sent one after another leave together instead of waiting for the
     // acknowledgement of the first.
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);

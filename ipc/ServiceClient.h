@@ -9,7 +9,7 @@ class QTcpSocket;
 namespace ipc {
 
 /// The one link to the background service: a TCP connection on the loopback interface that is
-/// made again for ever, commands out, text lines in.
+/// made again for ever, commands out, text lines in. A connection to itself is none.
 ///
 /// It does not know what commands and lines mean (see Protocol.h), keeps no queue of commands
 /// and reports no errors: a service that is not there shows only as the lack of a connection.

@@ -1,7 +1,7 @@
 #include "tests/support/ScriptedService.h"
 
 #include "ipc/Protocol.h"
-#include "tests/support/System.h"
+#include "ipc/ResetOnClose.h"
 
 #include <QDeadlineTimer>
 #include <QHostAddress>
@@ -77,7 +77,7 @@ void ScriptedService::close()
 
 void ScriptedService::reset()
 {
-    system::resetOnClose(*newest());
+    ipc::resetOnClose(*newest());
     newest()->abort();
 }
 
@@ -113,7 +113,7 @@ void ScriptedService::onNewConnection()
         if (resetting) {
             // A client on the same thread must see its connection before it sees the reset.
             QTimer::singleShot(0, socket, [socket] {
-                system::resetOnClose(*socket);
+                ipc::resetOnClose(*socket);
                 socket->abort();
             });
         }

@@ -1,21 +1,11 @@
 #include "tests/support/System.h"
 
 #include <QFile>
-#include <QTcpSocket>
 
 #include <fcntl.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 
 namespace support {
-
-void system::resetOnClose(const QTcpSocket &socket)
-{
-    // Without lingering, closing a socket sends a reset.
-    const linger none = {1, 0};
-    setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER, &none,
-               sizeof none);
-}
 
 void system::makeSilentPipe(const QString &path)
 {

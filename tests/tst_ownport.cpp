@@ -1,0 +1,91 @@
+#include "ipc/Protocol.h"
+#include "ipc/ServiceClient.h"
+#include "tests/support/Contents.h"
+#include "tests/support/ScriptedService.h"
+
+#include <QFile>
+#include <QNetworkInterface>
+#include <QSignalSpy>
+#include <QTcpSocket>
+#include <QTest>
+
+namespace {
+
+// Only a test that fails anyway waits this long.
+constexpr int patienceMs = 30'000;
+
+// The ports that the system gives to whoever asks for any, in this network.
+const QString rangeFile = QStringLiteral("/proc/sys/net/ipv4/ip_local_port_range");
+
+bool givePorts(const QByteArray &range)
+{
+    QFile file{rangeFile};
+    return file.open(QIODevice::WriteOnly) && file.write(range) == range.size();
+}
+
+bool givePorts(int first, int last)
+{
+    return givePorts(QByteArray::number(first) + ' ' + QByteArray::number(last));
+}
+
+} // namespace
+
+/// The client's end of the link where the system would give it the service's own port.
+class tst_OwnPort : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void clientIsNotItsOwnService();
+
+private:
+    QByteArray range;
+};
+
+void tst_OwnPort::initTestCase()
+{
+    // scripts/isolated makes one. That of the machine is not for tests to change.
+    const auto interfaces = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface &each : interfaces) {
+        const auto flags = each.flags();
+        QVERIFY2(flags.testFlag(QNetworkInterface::IsLoopBack) ||
+                     !flags.testFlag(QNetworkInterface::IsUp),
+                 "not in a network of its own");
+    }
+    range = support::contents(rangeFile);
+    QVERIFY(!range.isEmpty());
+}
+
+void tst_OwnPort::cleanupTestCase()
+{
+    QVERIFY(range.isEmpty() || givePorts(range));
+}
+
+void tst_OwnPort::clientIsNotItsOwnService()
+{
+    constexpr int port = ipc::protocol::servicePort;
+    QVERIFY(givePorts(port, port));
+    ipc::ServiceClient client{nullptr};
+    auto *const socket = client.findChild<QTcpSocket *>();
+    const QSignalSpy links{&client, &ipc::ServiceClient::connectionChanged};
+    const QSignalSpy connections{socket, &QTcpSocket::connected};
+
+    client.connectToService();
+    QTRY_COMPARE_WITH_TIMEOUT(connections.size(), 2, patienceMs);
+    QVERIFY(links.isEmpty());
+
+    // Ports are left for both now.
+    QVERIFY(givePorts(port + 1, port + 100));
+    support::ScriptedService service;
+    service.listen();
+    QTRY_COMPARE_WITH_TIMEOUT(links.size(), 1, patienceMs);
+    QVERIFY(links.first().first().toBool());
+    QTRY_COMPARE_WITH_TIMEOUT(service.connected(), 1, patienceMs);
+}
+
+QTEST_GUILESS_MAIN(tst_OwnPort)
+
+#include "tst_ownport.moc"
