@@ -456,7 +456,7 @@ void Soak::showNotices()
             session.service.listen();
             waitForLink();
         }
-        session.pressKey(QStringLiteral("Escape"));
+        closeDialog();
         ++counts.notices;
     }
     await("no further notice", [](const Testimony &seen) { return !seen.anyDialog; });
@@ -491,7 +491,7 @@ void Soak::openAndClose(const QPoint &row)
         await("the referral dialog", [](const Testimony &seen) {
             return seen.dialog == QLatin1String{"ui::ReferralDialog"};
         });
-        session.pressKey(QStringLiteral("Escape"));
+        closeDialog();
     } else {
         const bool settings = row == support::ClientSession::settingsRow;
         await("the page", [settings](const Testimony &seen) {
@@ -502,6 +502,22 @@ void Soak::openAndClose(const QPoint &row)
     await("the page to be gone", [](const Testimony &seen) {
         return !seen.settings && !seen.support && !seen.menuShows && !seen.anyDialog;
     });
+}
+
+// The toolkit believes that a dialog has the keyboard once it has asked for it. Closed before the
+// window manager has done so, it leaves a main window that has had the keyboard all the time, and
+// therefore never hears that it is active again: not before somebody clicks into it.
+void Soak::closeDialog()
+{
+    const bool inFront = support::waitFor([this] {
+        const support::Desktop::Window active = session.activeWindow();
+        return active != 0 && active == look().dialogWindow;
+    });
+    if (!inFront) {
+        const Testimony seen = look();
+        fail(QStringLiteral("Waited in vain for the dialog to be in front"), &seen);
+    }
+    session.pressKey(QStringLiteral("Escape"));
 }
 
 void Soak::openMenu()

@@ -103,6 +103,8 @@ private:
     void waitForLink();
     void switchTo(int row);
     void openAndClose(const QPoint &row);
+    /// As somebody who has seen that the dialog is in front.
+    void closeDialog();
     void openMenu();
     void press(const QPoint &point);
     void setClock(qint64 seconds);

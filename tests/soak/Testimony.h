@@ -18,9 +18,12 @@ struct Testimony
     QString pill;
     /// The text of the notice that is open.
     QString notice;
-    /// The class of the open dialog; empty if there is none, or it has not got the keyboard yet.
+    /// The class of the open dialog; empty if there is none, or it does not yet believe that it has
+    /// the keyboard.
     QString dialog;
     bool anyDialog;
+    /// As the display server calls it; 0 if there is none.
+    qulonglong dialogWindow;
     /// One of its windows has the keyboard.
     bool active;
     /// As far as it has heard.

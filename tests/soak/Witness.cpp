@@ -131,6 +131,7 @@ QJsonObject Witness::testimony()
         const bool ready = dialog->isVisible() && dialog->isActiveWindow();
         told[QStringLiteral("dialog")] = QString::fromLatin1(dialog->metaObject()->className());
         told[QStringLiteral("dialogReady")] = ready;
+        told[QStringLiteral("dialogWindow")] = static_cast<qint64>(dialog->internalWinId());
         const auto labels = dialog->findChildren<QWidget *>();
         for (const QWidget *const label : labels) {
             if (qstrcmp(label->metaObject()->className(), "ui::NoticeText") == 0) {
