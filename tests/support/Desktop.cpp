@@ -241,8 +241,10 @@ Desktop::Outcome Desktop::demand(const QString &program, const QStringList &argu
 void Desktop::input(const QStringList &commands) const
 {
     // Its answer comes after all that was asked for before. What another program asks for next may
-    // otherwise come first: a button is then let go where the pointer has been moved to since.
-    demand(xdotool(), commands + QStringList{QStringLiteral("getmouselocation")});
+    // otherwise come first: a button is then let go where the pointer has been moved to since. It
+    // is asked for no property of a window, because that may just go.
+    demand(xdotool(),
+           commands + QStringList{QStringLiteral("getwindowfocus"), QStringLiteral("-f")});
 }
 
 QList<Desktop::Window> Desktop::search(const QStringList &arguments) const
