@@ -34,7 +34,9 @@ bool ClientSession::startClient()
     service.clear();
     client = start(program);
     if (!waitFor([this] { return visibleWindows(clientTitle()).size() == 1; })) {
-        qWarning("No window of the program; it says: %s",
+        qWarning("Windows of the program: %d; it %s, and says: %s",
+                 visibleWindows(clientTitle()).size(),
+                 client->state() == QProcess::Running ? "is running" : "has ended",
                  client->readAllStandardError().constData());
         return false;
     }
