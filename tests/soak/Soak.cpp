@@ -509,14 +509,10 @@ void Soak::openAndClose(const QPoint &row)
 // therefore never hears that it is active again: not before somebody clicks into it.
 void Soak::closeDialog()
 {
-    const bool inFront = support::waitFor([this] {
+    await("the dialog to be in front", [this](const Testimony &seen) {
         const support::Desktop::Window active = session.activeWindow();
-        return active != 0 && active == look().dialogWindow;
+        return active != 0 && active == seen.dialogWindow;
     });
-    if (!inFront) {
-        const Testimony seen = look();
-        fail(QStringLiteral("Waited in vain for the dialog to be in front"), &seen);
-    }
     session.pressKey(QStringLiteral("Escape"));
 }
 
