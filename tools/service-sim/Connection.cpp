@@ -1,10 +1,10 @@
 #include "tools/service-sim/Connection.h"
 
+#include "ipc/ResetOnClose.h"
+
 #include <QTcpSocket>
 
 #include <chrono>
-
-#include <sys/socket.h>
 
 namespace servicesim {
 
@@ -135,14 +135,10 @@ void Connection::work()
         case Action::Kind::Close:
             socket->disconnectFromHost();
             return;
-        case Action::Kind::Reset: {
-            // Without lingering, closing a socket sends a reset.
-            const linger none = {1, 0};
-            setsockopt(static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &none,
-                       sizeof none);
+        case Action::Kind::Reset:
+            ipc::resetOnClose(*socket);
             socket->abort();
             return;
-        }
         }
     }
 }
