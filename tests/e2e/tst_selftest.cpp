@@ -343,7 +343,9 @@ void tst_SelfTest::storedLanguageComesFirst()
 
     // More points than there can be; it would end the program.
     store("language=@Variant(\\0\\0\\0G\\x7f\\xff\\xff\\xff)");
-    QCOMPARE(run({localeOption, QStringLiteral("de_DE")}), well);
+    QCOMPARE(run({localeOption, QStringLiteral("de_DE"), outputOption, QStringLiteral("y.txt")}),
+             well);
+    QCOMPARE(contents(path(QStringLiteral("y.txt"))), report("de_DE", "Verbunden", "Getrennt"));
 }
 
 void tst_SelfTest::settingsStayUntouched()
