@@ -28,8 +28,10 @@ LANGUAGES = {
 }
 XML_LANGUAGE = "{http://www.w3.org/XML/1998/namespace}lang"
 
+# The developer is named in the old way and in the new, so each validator misses or minds the other.
+TWO_DEVELOPERS = {"unknown-tag developer", "developer-name-tag-deprecated"}
 # Our own domain is not published, and no real one ends like this.
-KNOWN_REMARKS = {"cid-maybe-not-rdns"}
+KNOWN_REMARKS = {"cid-maybe-not-rdns example.ixovpn.client", *TWO_DEVELOPERS}
 
 
 def said_by(*command):
@@ -87,7 +89,7 @@ class Metainfo(unittest.TestCase):
             *["appstreamcli", "validate", "--pedantic", "--no-net", "--no-color", path]
         )
         self.assertEqual(code, 0, said)
-        return set(re.findall(r"^[EWIP]: \S+ (\S+)", said, re.MULTILINE))
+        return set(re.findall(r"^[EWIP]: \S+ (.+)", said, re.MULTILINE))
 
     def test_valid(self):
         self.assertLessEqual(self.remarks(self.path), KNOWN_REMARKS)
@@ -102,11 +104,13 @@ class Metainfo(unittest.TestCase):
             self.assertEqual(code, 0, said)
             built = Path(build) / "packaging/linux"
             path = built / self.path.name
-            self.assertEqual(self.remarks(path), set())
+            self.assertLessEqual(self.remarks(path), TWO_DEVELOPERS)
             root = xml.parse(path).getroot()
             told = (built / "README.txt").read_text()
-        self.assertEqual(root.findtext("url[@type='help']"), link)
+        for kind in "help", "homepage":
+            self.assertEqual(root.findtext(f"url[@type='{kind}']"), link)
         self.assertEqual(root.findtext("id"), name)
+        self.assertEqual(root.find("developer").get("id"), "org.publisher")
         self.assertIn(f"/{name}.metainfo.xml\n", told)
 
     def test_valid_with_pictures(self):
