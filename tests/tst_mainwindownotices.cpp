@@ -346,9 +346,7 @@ void tst_MainWindowNotices::manyInOneSegment()
     talk->setEnabled(QtWarningMsg, false);
     const auto talkAgain = qScopeGuard([talk] { talk->setEnabled(QtWarningMsg, true); });
 
-    // Where each dialog is a real window, a thousand would take minutes.
-    const bool withoutDisplay = QGuiApplication::platformName() == QLatin1String{"offscreen"};
-    const QList<QByteArray> lines = numberedNotices(withoutDisplay ? 1000 : 100);
+    const QList<QByteArray> lines = numberedNotices(100);
     WindowBench bench;
     QVERIFY(bench.greeted());
     const NoticeReader reader;

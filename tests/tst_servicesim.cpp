@@ -29,6 +29,12 @@ using servicesim::Simulator;
 
 Q_DECLARE_METATYPE(servicesim::Fault)
 
+// Only a test that fails anyway waits this long.
+constexpr int patienceMs = 300'000;
+
+#define TRY_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, patienceMs)
+#define TRY_VERIFY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, patienceMs)
+
 namespace {
 
 const QStringList wayUp{QStringLiteral("status: fetching"), QStringLiteral("config-bytes: 4096"),
@@ -279,12 +285,12 @@ void tst_ServiceSim::wayUpAndDown()
     const Service service{quick};
     Client client{service->port()};
     client.command("connect");
-    QTRY_COMPARE(client.lines(), wayUp);
+    TRY_COMPARE(client.lines(), wayUp);
     client.clear();
     client.command("disconnect");
-    QTRY_COMPARE(client.lines(), wayDown);
+    TRY_COMPARE(client.lines(), wayDown);
     client.command("status");
-    QTRY_COMPARE(client.lines(), wayDown + QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(client.lines(), wayDown + QStringList{QStringLiteral("status: stopped")});
 }
 
 void tst_ServiceSim::walkTakesItsTime()
@@ -295,7 +301,7 @@ void tst_ServiceSim::walkTakesItsTime()
     QElapsedTimer time;
     time.start();
     client.command("connect");
-    QTRY_COMPARE(client.lines(), wayUp);
+    TRY_COMPARE(client.lines(), wayUp);
     // Four delays; timers of this grain may fire a little early.
     QVERIFY2(time.elapsed() >= 3 * delay, qPrintable(QString::number(time.elapsed())));
 }
@@ -316,7 +322,7 @@ void tst_ServiceSim::startStates()
     const Service service{beginningIn(word)};
     Client client{service->port()};
     client.command("status");
-    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: ") + word});
+    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: ") + word});
 }
 
 void tst_ServiceSim::startStateInTheMiddleOfAWalkStays()
@@ -324,12 +330,12 @@ void tst_ServiceSim::startStateInTheMiddleOfAWalkStays()
     const Service service{beginningIn(QStringLiteral("connecting"))};
     Client client{service->port()};
     client.command("disconnect");
-    QTRY_COMPARE(client.lines(), wayDown);
+    TRY_COMPARE(client.lines(), wayDown);
 
     const Service other{beginningIn(QStringLiteral("stopping"))};
     Client second{other->port()};
     second.command("connect");
-    QTRY_COMPARE(second.lines(), wayUp);
+    TRY_COMPARE(second.lines(), wayUp);
 }
 
 void tst_ServiceSim::connectWhenUp()
@@ -338,8 +344,8 @@ void tst_ServiceSim::connectWhenUp()
     Client client{service->port()};
     client.command("connect");
     client.command("status");
-    QTRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: running"),
-                                              QStringLiteral("status: running")}));
+    TRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: running"),
+                                             QStringLiteral("status: running")}));
 }
 
 void tst_ServiceSim::connectOnTheWayUp()
@@ -347,15 +353,15 @@ void tst_ServiceSim::connectOnTheWayUp()
     const Service service{frozen};
     Client client{service->port()};
     const Client witness{service->port()};
-    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
     client.command("connect");
     client.command("connect");
     client.command("status");
     const QString here = QStringLiteral("status: fetching");
-    QTRY_COMPARE(client.lines(), (QStringList{here, here, here}));
+    TRY_COMPARE(client.lines(), (QStringList{here, here, here}));
     // Had the walk begun anew, everybody would have heard it.
     service->sendAsItStands("end");
-    QTRY_COMPARE(witness.lines(), (QStringList{here, QStringLiteral("end")}));
+    TRY_COMPARE(witness.lines(), (QStringList{here, QStringLiteral("end")}));
 }
 
 void tst_ServiceSim::connectOnTheWayDown()
@@ -364,7 +370,7 @@ void tst_ServiceSim::connectOnTheWayDown()
     Client client{service->port()};
     client.send("{\"cmd\":\"disconnect\"}\n{\"cmd\":\"connect\"}\n");
     const QStringList answer{QStringLiteral("status: stopping")};
-    QTRY_COMPARE(client.lines(), answer + wayDown + wayUp);
+    TRY_COMPARE(client.lines(), answer + wayDown + wayUp);
 }
 
 void tst_ServiceSim::disconnectWhenDown_data()
@@ -388,7 +394,7 @@ void tst_ServiceSim::disconnectWhenDown()
     Client client{service->port()};
     client.command("disconnect");
     client.command("status");
-    QTRY_COMPARE(client.lines(), (QStringList{answer, answer}));
+    TRY_COMPARE(client.lines(), (QStringList{answer, answer}));
 }
 
 void tst_ServiceSim::disconnectOnTheWayUp()
@@ -397,9 +403,9 @@ void tst_ServiceSim::disconnectOnTheWayUp()
     Client client{service->port()};
     client.send("{\"cmd\":\"connect\"}\n{\"cmd\":\"disconnect\"}\n");
     const QStringList expected = QStringList{QStringLiteral("status: fetching")} + wayDown;
-    QTRY_COMPARE(client.lines(), expected);
+    TRY_COMPARE(client.lines(), expected);
     client.command("status");
-    QTRY_COMPARE(client.lines(), expected + QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(client.lines(), expected + QStringList{QStringLiteral("status: stopped")});
 }
 
 void tst_ServiceSim::disconnectForgetsTheWayUpThatWasToFollow()
@@ -409,10 +415,10 @@ void tst_ServiceSim::disconnectForgetsTheWayUpThatWasToFollow()
     client.send("{\"cmd\":\"disconnect\"}\n{\"cmd\":\"connect\"}\n{\"cmd\":\"disconnect\"}\n");
     const QString answer = QStringLiteral("status: stopping");
     const QStringList expected = QStringList{answer, answer} + wayDown;
-    QTRY_COMPARE(client.lines(), expected);
+    TRY_COMPARE(client.lines(), expected);
     // Had the way up not been forgotten, this one would be on it.
     client.command("connect");
-    QTRY_COMPARE(client.lines(), expected + wayUp);
+    TRY_COMPARE(client.lines(), expected + wayUp);
 }
 
 void tst_ServiceSim::disconnectBeforeTheNextWayUpBegins()
@@ -436,7 +442,7 @@ void tst_ServiceSim::disconnectBeforeTheNextWayUpBegins()
     });
     QVERIFY(tunnel.requestDown());
     QVERIFY(!tunnel.requestUp());
-    QTRY_COMPARE(texts(said), wayDown + wayUp);
+    TRY_COMPARE(texts(said), wayDown + wayUp);
     QVERIFY(freeAgain);
 }
 
@@ -445,12 +451,12 @@ void tst_ServiceSim::answersGoToTheOneThatAsked()
     const Service service{quick};
     Client asking{service->port()};
     Client other{service->port()};
-    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
     asking.command("status");
-    QTRY_COMPARE(asking.lines(), QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(asking.lines(), QStringList{QStringLiteral("status: stopped")});
     other.command("connect");
-    QTRY_COMPARE(other.lines(), wayUp);
-    QTRY_COMPARE(asking.lines(), QStringList{QStringLiteral("status: stopped")} + wayUp);
+    TRY_COMPARE(other.lines(), wayUp);
+    TRY_COMPARE(asking.lines(), QStringList{QStringLiteral("status: stopped")} + wayUp);
 }
 
 void tst_ServiceSim::everyClientHearsTheWalk()
@@ -458,18 +464,18 @@ void tst_ServiceSim::everyClientHearsTheWalk()
     const Service service{quick};
     Client first{service->port()};
     Client second{service->port()};
-    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
     {
         const Client third{service->port()};
-        QTRY_VERIFY(service.noted(QStringLiteral("#3 connected")));
+        TRY_VERIFY(service.noted(QStringLiteral("#3 connected")));
     }
     first.command("connect");
-    QTRY_COMPARE(first.lines(), wayUp);
-    QTRY_COMPARE(second.lines(), wayUp);
+    TRY_COMPARE(first.lines(), wayUp);
+    TRY_COMPARE(second.lines(), wayUp);
     second.command("disconnect");
-    QTRY_COMPARE(first.lines(), wayUp + wayDown);
-    QTRY_COMPARE(second.lines(), wayUp + wayDown);
-    QTRY_VERIFY(service.noted(QStringLiteral("#3 disconnected")));
+    TRY_COMPARE(first.lines(), wayUp + wayDown);
+    TRY_COMPARE(second.lines(), wayUp + wayDown);
+    TRY_VERIFY(service.noted(QStringLiteral("#3 disconnected")));
 }
 
 void tst_ServiceSim::failures_data()
@@ -503,10 +509,10 @@ void tst_ServiceSim::failures()
     const Service service{quick + arguments};
     Client client{service->port()};
     client.command("connect");
-    QTRY_COMPARE(client.lines(), expected);
+    TRY_COMPARE(client.lines(), expected);
     client.clear();
     client.command("status");
-    QTRY_COMPARE(client.lines().size(), 1);
+    TRY_COMPARE(client.lines().size(), 1);
     QVERIFY(client.lines().constFirst().startsWith(QLatin1String{"status: failed: "}));
 }
 
@@ -519,11 +525,11 @@ void tst_ServiceSim::failureForgetsTheWayUpThatWasToFollow()
     const QString stopping = QStringLiteral("status: stopping");
     const QStringList failed{stopping, stopping,
                              QStringLiteral("status: failed: simulated failure")};
-    QTRY_COMPARE(client.lines(), failed);
+    TRY_COMPARE(client.lines(), failed);
     client.command("disconnect");
-    QTRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")});
     client.command("connect");
-    QTRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")} + wayUp);
+    TRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")} + wayUp);
 }
 
 void tst_ServiceSim::walksAgainAfterAFailure()
@@ -534,9 +540,9 @@ void tst_ServiceSim::walksAgainAfterAFailure()
     const QStringList expected{QStringLiteral("status: fetching"),
                                QStringLiteral("status: failed: simulated failure")};
     client.command("connect");
-    QTRY_COMPARE(client.lines(), expected);
+    TRY_COMPARE(client.lines(), expected);
     client.command("connect");
-    QTRY_COMPARE(client.lines(), expected + expected);
+    TRY_COMPARE(client.lines(), expected + expected);
 }
 
 void tst_ServiceSim::expiredSubscription()
@@ -544,11 +550,11 @@ void tst_ServiceSim::expiredSubscription()
     const Service service{quick + QStringList{QStringLiteral("--expired")}};
     Client client{service->port()};
     client.command("connect");
-    QTRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: fetching"),
-                                              QStringLiteral("error: subscription_expired")}));
+    TRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: fetching"),
+                                             QStringLiteral("error: subscription_expired")}));
     client.clear();
     client.command("status");
-    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: subscription_expired")});
+    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: subscription_expired")});
 }
 
 void tst_ServiceSim::configSize()
@@ -557,7 +563,7 @@ void tst_ServiceSim::configSize()
                                               QStringLiteral("18446744073709551615")}};
     Client client{service->port()};
     client.command("connect");
-    QTRY_VERIFY(client.lines().contains(QStringLiteral("config-bytes: 18446744073709551615")));
+    TRY_VERIFY(client.lines().contains(QStringLiteral("config-bytes: 18446744073709551615")));
 }
 
 void tst_ServiceSim::notices()
@@ -569,9 +575,9 @@ void tst_ServiceSim::notices()
                                QString::fromUtf8("notice: второй <b>2</b>"),
                                QStringLiteral("notice: later")};
     const Client client{service->port()};
-    QTRY_COMPARE(client.lines(), expected);
+    TRY_COMPARE(client.lines(), expected);
     const Client second{service->port()};
-    QTRY_COMPARE(second.lines(), expected);
+    TRY_COMPARE(second.lines(), expected);
     QCOMPARE(client.lines(), expected);
 }
 
@@ -580,11 +586,11 @@ void tst_ServiceSim::delayedNoticeToAClientThatHasGone()
     const Service service{{QStringLiteral("--notice"), QStringLiteral("@500 hello")}};
     {
         const Client client{service->port()};
-        QTRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
+        TRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
     }
-    QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
     const Client second{service->port()};
-    QTRY_COMPARE(second.lines(), QStringList{QStringLiteral("notice: hello")});
+    TRY_COMPARE(second.lines(), QStringList{QStringLiteral("notice: hello")});
     // The first one's was due before.
     QCOMPARE(service.notes().filter(QStringLiteral("notice: hello")).size(), 1);
 }
@@ -597,14 +603,14 @@ void tst_ServiceSim::languageAndReferralCode()
     Client client{service->port()};
     client.send("{\"cmd\":\"set-lang\",\"lang\":\"br\"}\n");
     client.send("{\"cmd\":\"set-referral\",\"code\":\"ab12CD\"}\n");
-    QTRY_COMPARE(service->referralCode(), QStringLiteral("ab12CD"));
+    TRY_COMPARE(service->referralCode(), QStringLiteral("ab12CD"));
     QCOMPARE(service->language(), QStringLiteral("br"));
     QVERIFY(service.noted(QStringLiteral("language: br")));
     QVERIFY(service.noted(QStringLiteral("referral code: ab12CD")));
 
     Client second{service->port()};
     second.send("{\"cmd\":\"set-lang\",\"lang\":\"ja\"}\n");
-    QTRY_COMPARE(service->language(), QStringLiteral("ja"));
+    TRY_COMPARE(service->language(), QStringLiteral("ja"));
     QCOMPARE(service->referralCode(), QStringLiteral("ab12CD"));
     QVERIFY(client.lines().isEmpty());
 }
@@ -614,7 +620,7 @@ void tst_ServiceSim::commandsAreNotedWithTheirTime()
     const Service service{quick};
     Client client{service->port()};
     client.command("status");
-    QTRY_COMPARE(client.lines().size(), 1);
+    TRY_COMPARE(client.lines().size(), 1);
     static const QRegularExpression entry{QStringLiteral(
         "^[0-2][0-9]:[0-5][0-9]:[0-5][0-9]\\.[0-9]{3} #1 < \\{\"cmd\":\"status\"\\}$")};
     QCOMPARE(service.journal.filter(entry).size(), 1);
@@ -654,7 +660,7 @@ void tst_ServiceSim::malformedCommands()
     Client client{service->port()};
     client.send(line + '\n');
     client.command("status");
-    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
     QCOMPARE(service.notes().filter(QStringLiteral("#1 malformed: ")).size(), 1);
     QCOMPARE(service->language(), QString{});
     QCOMPARE(service->referralCode(), QString{});
@@ -669,10 +675,10 @@ void tst_ServiceSim::endlessLine()
     const Service service{quick};
     Client client{service->port()};
     client.send(QByteArray(300'000, 'x'));
-    QTRY_COMPARE(service.notes().filter(QStringLiteral("#1 malformed: longer than")).size(), 1);
+    TRY_COMPARE(service.notes().filter(QStringLiteral("#1 malformed: longer than")).size(), 1);
     client.send("x\n");
     client.command("status");
-    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
     QCOMPARE(service.notes().filter(QStringLiteral("malformed")).size(), 1);
 }
 
@@ -681,15 +687,15 @@ void tst_ServiceSim::lineWithoutEnd()
     const Service service{quick};
     {
         Client client{service->port()};
-        QTRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
+        TRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
         client.send(R"({"cmd":"connect"})");
         client.socket.disconnectFromHost();
-        QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+        TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
     }
     QVERIFY(service.noted(QStringLiteral("#1 malformed: no line feed at the end")));
     Client second{service->port()};
     second.command("status");
-    QTRY_COMPARE(second.lines(), QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(second.lines(), QStringList{QStringLiteral("status: stopped")});
 }
 
 void tst_ServiceSim::commandInPieces()
@@ -697,13 +703,13 @@ void tst_ServiceSim::commandInPieces()
     const Service service{quick};
     Client client{service->port()};
     client.command("status");
-    QTRY_COMPARE(client.lines().size(), 1);
+    TRY_COMPARE(client.lines().size(), 1);
     client.send("{\"cmd\":");
     Client other{service->port()};
-    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
     client.send("\"status\"}\r\n{\"cmd\":\"sta");
     client.send("tus\"}\n");
-    QTRY_COMPARE(client.lines().size(), 3);
+    TRY_COMPARE(client.lines().size(), 3);
     QVERIFY(service.notes().filter(QStringLiteral("malformed")).isEmpty());
 }
 
@@ -712,16 +718,16 @@ void tst_ServiceSim::linesAsTheyStand()
     const Service service{quick};
     Client first{service->port()};
     const Client second{service->port()};
-    QTRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
     const QByteArray odd{"  status: running\r\xff\x1b"};
     service->sendAsItStands(odd);
     service->sendAsItStands({});
-    QTRY_COMPARE(first.bytes, odd + "\n\n");
-    QTRY_COMPARE(second.bytes, odd + "\n\n");
+    TRY_COMPARE(first.bytes, odd + "\n\n");
+    TRY_COMPARE(second.bytes, odd + "\n\n");
     // They are only words.
     first.clear();
     first.command("status");
-    QTRY_COMPARE(first.lines(), QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(first.lines(), QStringList{QStringLiteral("status: stopped")});
 }
 
 void tst_ServiceSim::linesAsTheyStandKeepTheirTurn()
@@ -729,10 +735,10 @@ void tst_ServiceSim::linesAsTheyStandKeepTheirTurn()
     const Service service{always("split")};
     Client client{service->port()};
     client.command("status");
-    QTRY_VERIFY(!service.notes().filter(QStringLiteral("#1 fault: split")).isEmpty());
+    TRY_VERIFY(!service.notes().filter(QStringLiteral("#1 fault: split")).isEmpty());
     service->sendAsItStands("notice: second");
-    QTRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: stopped"),
-                                              QStringLiteral("notice: second")}));
+    TRY_COMPARE(client.lines(),
+                (QStringList{QStringLiteral("status: stopped"), QStringLiteral("notice: second")}));
 }
 
 void tst_ServiceSim::sameSeedSameFaults()
@@ -815,10 +821,10 @@ void tst_ServiceSim::closes()
     const Service service{always("close")};
     Client client{service->port()};
     client.command("status");
-    QTRY_COMPARE(client.socket.state(), QAbstractSocket::UnconnectedState);
+    TRY_COMPARE(client.socket.state(), QAbstractSocket::UnconnectedState);
     QVERIFY(client.bytes.isEmpty());
     QVERIFY(service.noted(QStringLiteral("#1 fault: close")));
-    QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
 }
 
 void tst_ServiceSim::resets()
@@ -835,7 +841,7 @@ void tst_ServiceSim::resets()
     const QByteArray command{"{\"cmd\":\"status\"}\n"};
     QCOMPARE(::send(fd, command.constData(), static_cast<size_t>(command.size()), 0),
              ssize_t{command.size()});
-    QTRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
+    TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
     QVERIFY(service.noted(QStringLiteral("#1 fault: reset")));
     char byte = 0;
     QCOMPARE(recv(fd, &byte, 1, 0), ssize_t{-1});
@@ -848,9 +854,9 @@ void tst_ServiceSim::isSilent()
                           QStringList{QStringLiteral("--silence"), QStringLiteral("2")}};
     Client client{service->port()};
     client.command("connect");
-    QTRY_VERIFY(service.noted(QStringLiteral("> status: running")));
+    TRY_VERIFY(service.noted(QStringLiteral("> status: running")));
     service->sendAsItStands("end");
-    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("end")});
+    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("end")});
     QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: silence")).size(), 3);
     QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: silent")).size(), 2);
     QVERIFY(client.isUp());
@@ -861,7 +867,7 @@ void tst_ServiceSim::splitsLines()
     const Service service{always("split")};
     Client client{service->port()};
     client.command("connect");
-    QTRY_COMPARE(client.lines(), wayUp);
+    TRY_COMPARE(client.lines(), wayUp);
     QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: split after ")).size(), wayUp.size());
     QVERIFY(std::any_of(client.pieces.begin(), client.pieces.end(),
                         [](const QByteArray &piece) { return !piece.endsWith('\n'); }));
@@ -872,7 +878,7 @@ void tst_ServiceSim::endsLinesInCrlf()
     const Service service{always("crlf")};
     Client client{service->port()};
     client.command("status");
-    QTRY_COMPARE(client.bytes, QByteArray{"status: stopped\r\n"});
+    TRY_COMPARE(client.bytes, QByteArray{"status: stopped\r\n"});
 }
 
 void tst_ServiceSim::realClientWalks_data()
@@ -892,20 +898,20 @@ void tst_ServiceSim::realClientWalks()
     const QSignalSpy up{&client, &ipc::ServiceClient::connectionChanged};
     QSignalSpy heard{&client, &ipc::ServiceClient::messageReceived};
     client.connectToService();
-    QTRY_COMPARE(up.size(), 1);
+    TRY_COMPARE(up.size(), 1);
 
     client.send(ipc::protocol::setLanguageCommand,
                 {{QString{ipc::protocol::languageKey}, QStringLiteral("de")}});
     client.send(ipc::protocol::setReferralCommand,
                 {{QString{ipc::protocol::referralCodeKey}, QStringLiteral("ABC123")}});
     client.send(ipc::protocol::connectCommand);
-    QTRY_COMPARE(texts(heard), wayUp);
+    TRY_COMPARE(texts(heard), wayUp);
     heard.clear();
     client.send(ipc::protocol::disconnectCommand);
-    QTRY_COMPARE(texts(heard), wayDown);
+    TRY_COMPARE(texts(heard), wayDown);
     heard.clear();
     client.send(ipc::protocol::statusCommand);
-    QTRY_COMPARE(texts(heard), QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(texts(heard), QStringList{QStringLiteral("status: stopped")});
     QCOMPARE(service->language(), QStringLiteral("de"));
     QCOMPARE(service->referralCode(), QStringLiteral("ABC123"));
     QVERIFY(service.notes().filter(QStringLiteral("malformed")).isEmpty());
@@ -922,9 +928,9 @@ void tst_ServiceSim::realClientComesBackAfterAFault()
         }
     });
     client.connectToService();
-    QTRY_VERIFY(service.noted(QStringLiteral("#2 disconnected")));
-    QTRY_COMPARE(texts(changes), (QStringList{QStringLiteral("true"), QStringLiteral("false"),
-                                              QStringLiteral("true"), QStringLiteral("false")}));
+    TRY_VERIFY(service.noted(QStringLiteral("#2 disconnected")));
+    TRY_COMPARE(texts(changes), (QStringList{QStringLiteral("true"), QStringLiteral("false"),
+                                             QStringLiteral("true"), QStringLiteral("false")}));
 }
 
 void tst_ServiceSim::options()
@@ -1031,7 +1037,7 @@ void tst_ServiceSim::badOptions()
 void tst_ServiceSim::help()
 {
     Program program{{QStringLiteral("--help")}};
-    QTRY_VERIFY(program.hasEnded());
+    TRY_VERIFY(program.hasEnded());
     QCOMPARE(program.exitCode(), 0);
     QVERIFY(program.output.contains(QLatin1String{"--fail-at <step>"}));
 }
@@ -1039,7 +1045,7 @@ void tst_ServiceSim::help()
 void tst_ServiceSim::badOptionsEndTheProgram()
 {
     Program program{{QStringLiteral("--delay"), QStringLiteral("soon")}};
-    QTRY_VERIFY(program.hasEnded());
+    TRY_VERIFY(program.hasEnded());
     QCOMPARE(program.exitCode(), 2);
     QVERIFY(program.errors().contains(QLatin1String{"--delay"}));
     QVERIFY(program.output.isEmpty());
@@ -1051,7 +1057,7 @@ void tst_ServiceSim::portTaken()
     QVERIFY(occupant.listen(QHostAddress::LocalHost));
     const QString port = QString::number(occupant.serverPort());
     Program program{{QStringLiteral("--port"), port}};
-    QTRY_VERIFY(program.hasEnded());
+    TRY_VERIFY(program.hasEnded());
     QCOMPARE(program.exitCode(), 1);
     QVERIFY(program.errors().contains(QLatin1String{"127.0.0.1:"} + port));
     QVERIFY(program.output.isEmpty());
@@ -1060,17 +1066,17 @@ void tst_ServiceSim::portTaken()
 void tst_ServiceSim::listensOnTheUsualPort()
 {
     const Program program{{}};
-    QTRY_COMPARE(program.output, QStringLiteral("listening on 127.0.0.1:47652\n"));
+    TRY_COMPARE(program.output, QStringLiteral("listening on 127.0.0.1:47652\n"));
 }
 
 void tst_ServiceSim::printsWhatItDoes()
 {
     const Program program{quick + QStringList{QStringLiteral("--port"), QStringLiteral("0")}};
-    QTRY_VERIFY(program.port() != 0);
+    TRY_VERIFY(program.port() != 0);
     Client client{program.port()};
     client.command("connect");
-    QTRY_COMPARE(client.lines(), wayUp);
-    QTRY_VERIFY(program.output.endsWith(QLatin1String{" > status: running\n"}));
+    TRY_COMPARE(client.lines(), wayUp);
+    TRY_VERIFY(program.output.endsWith(QLatin1String{" > status: running\n"}));
     QVERIFY(program.output.contains(QLatin1String{" #1 < {\"cmd\":\"connect\"}\n"}));
 }
 
@@ -1078,29 +1084,29 @@ void tst_ServiceSim::quietProgram()
 {
     const Program program{quick + QStringList{QStringLiteral("--quiet"), QStringLiteral("--port"),
                                               QStringLiteral("0")}};
-    QTRY_VERIFY(program.port() != 0);
+    TRY_VERIFY(program.port() != 0);
     Client client{program.port()};
     client.send("nonsense\n");
     client.command("connect");
-    QTRY_COMPARE(client.lines(), wayUp);
+    TRY_COMPARE(client.lines(), wayUp);
     QCOMPARE(program.output.count(QLatin1Char{'\n'}), 1);
 }
 
 void tst_ServiceSim::inputGoesToTheClients()
 {
     Program program{quick + QStringList{QStringLiteral("--port"), QStringLiteral("0")}};
-    QTRY_VERIFY(program.port() != 0);
+    TRY_VERIFY(program.port() != 0);
     Client client{program.port()};
-    QTRY_VERIFY(program.output.contains(QLatin1String{"#1 connected"}));
+    TRY_VERIFY(program.output.contains(QLatin1String{"#1 connected"}));
     program.write("notice: one\n\nerror: tw");
-    QTRY_COMPARE(client.bytes, QByteArray{"notice: one\n\n"});
+    TRY_COMPARE(client.bytes, QByteArray{"notice: one\n\n"});
     program.write("o\nlast");
-    QTRY_COMPARE(client.lines().size(), 3);
+    TRY_COMPARE(client.lines().size(), 3);
     program.closeWriteChannel();
-    QTRY_COMPARE(client.bytes, QByteArray{"notice: one\n\nerror: two\nlast\n"});
+    TRY_COMPARE(client.bytes, QByteArray{"notice: one\n\nerror: two\nlast\n"});
     client.clear();
     client.command("status");
-    QTRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
+    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
 }
 
 void tst_ServiceSim::endsOnASignal_data()
@@ -1114,15 +1120,15 @@ void tst_ServiceSim::endsOnASignal()
 {
     QFETCH(int, number);
     Program program{frozen + QStringList{QStringLiteral("--port"), QStringLiteral("0")}};
-    QTRY_VERIFY(program.port() != 0);
+    TRY_VERIFY(program.port() != 0);
     Client client{program.port()};
     client.command("connect");
-    QTRY_COMPARE(client.lines().size(), 1);
+    TRY_COMPARE(client.lines().size(), 1);
     QCOMPARE(::kill(static_cast<pid_t>(program.processId()), number), 0);
-    QTRY_VERIFY(program.hasEnded());
+    TRY_VERIFY(program.hasEnded());
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
-    QTRY_COMPARE(client.socket.state(), QAbstractSocket::UnconnectedState);
+    TRY_COMPARE(client.socket.state(), QAbstractSocket::UnconnectedState);
 }
 
 QTEST_GUILESS_MAIN(tst_ServiceSim)
