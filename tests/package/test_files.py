@@ -67,7 +67,6 @@ class DesktopEntry(unittest.TestCase):
         self.assertEqual((said, code), ("", 0))
 
     def test_every_language(self):
-        self.assertEqual(len(LANGUAGES), 14)
         for key in "GenericName", "Comment":
             texts = translations(desktop_entry(), key)
             self.assertEqual(set(texts), LANGUAGES, key)
