@@ -32,7 +32,7 @@ constexpr int marginMs = 100;
 
 const QString codeKey = QStringLiteral("referral_code");
 const QString idKey = QStringLiteral("client_id");
-const QString version = QStringLiteral("1.3.6");
+const QString version = QStringLiteral("4.5.6");
 const QString id = QStringLiteral("123e4567-e89b-12d3-a456-426614174000");
 const QString code = QStringLiteral("ABC123");
 const QString copied = QStringLiteral("Copied!");

@@ -253,7 +253,7 @@ void tst_Session::copyButtonsFillTheClipboard()
     QVERIFY(client.comesUp());
     QVERIFY(client.changesOn(menuButton));
     QVERIFY(client.changesOn(supportRow));
-    const QStringList values{QStringLiteral("1.3.6"), id, QStringLiteral("ABC123")};
+    const QStringList values{QStringLiteral(IXOVPN_VERSION), id, QStringLiteral("ABC123")};
     for (int i = 0; i < values.size(); ++i) {
         client.click(buttons.at(i));
         QVERIFY(waitFor([&] { return clipboardText() == values.at(i); }));

@@ -27,7 +27,7 @@ constexpr int restartNeeded = 3010;
 const QString shipped = QStringLiteral(IXOVPN_INSTALLER);
 const QString older = QStringLiteral(IXOVPN_PACKAGES "/older.msi");
 const QString rebuilt = QStringLiteral(IXOVPN_PACKAGES "/rebuilt.msi");
-const QString olderVersion = QStringLiteral("1.2.6");
+const QString olderVersion = QStringLiteral("0.9.0");
 const QString shippedVersion = QStringLiteral(IXOVPN_VERSION);
 
 const QString folder = QStringLiteral("C:/Program Files/IXOVPN");
