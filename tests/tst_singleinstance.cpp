@@ -92,6 +92,7 @@ class tst_SingleInstance : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -125,10 +126,15 @@ private:
     QString hiddenLoginFolder;
 };
 
+void tst_SingleInstance::initTestCase()
+{
+    if (!qEnvironmentVariableIsSet("IXOVPN_ISOLATED")) {
+        QSKIP("Needs a /run and a /tmp of its own");
+    }
+}
+
 void tst_SingleInstance::init()
 {
-    QVERIFY2(qEnvironmentVariable("HOME") == QLatin1String("/tmp/home"),
-             "This test changes /tmp and /run: run it with scripts/isolated");
     QProcess::execute(QStringLiteral("sh"),
                       {QStringLiteral("-c"),
                        QStringLiteral("rm -rf %1/ixovpn /tmp/ixovpn-*").arg(loginFolder())});
