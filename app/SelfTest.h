@@ -7,8 +7,7 @@ class QApplication;
 namespace app {
 
 /// The translation self-test: loads a catalogue as a normal start would, writes three lines to a
-/// file, and ends without a window. Its only failure is the output file. Harmful settings have been
-/// set aside before it, as at any start.
+/// file, and ends without a window. Its only failure is the output file.
 namespace selftest {
 
 /// True if the word that asks for the self-test is among the arguments, byte for byte.

@@ -1,4 +1,3 @@
-#include "app/HarmfulSettings.h"
 #include "app/Identity.h"
 #include "app/LibrarySearch.h"
 #include "app/OrderlyFailure.h"
@@ -35,7 +34,6 @@ int main(int argc, char *argv[])
     screenScale.reset();
     const app::SessionEnd sessionEnd{application};
     app::setIdentity();
-    app::setHarmfulSettingsAside();
     const QStringList arguments = QCoreApplication::arguments();
     if (selfTest && app::selftest::hasLocale(arguments)) {
         return app::selftest::run(application, arguments);

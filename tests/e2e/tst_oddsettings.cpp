@@ -31,7 +31,7 @@ private Q_SLOTS:
     void storeThatCannotBeWritten();
     void oddValues_data();
     void oddValues();
-    void valueThatCannotBeRestored();
+    void typesOfOtherPrograms();
     void hugeValues();
 
 private:
@@ -157,21 +157,23 @@ void tst_OddSettings::oddValues()
     QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("it"));
 }
 
-// It claims more points than a program can have.
-void tst_OddSettings::valueThatCannotBeRestored()
+void tst_OddSettings::typesOfOtherPrograms()
 {
-    const StoredSettings store = StoredSettings::ofClient();
-    store.fill("language=@Variant(\\0\\0\\0G\\x7f\\xff\\xff\\xff)\nreferral_code=ABC123\n");
-    StoredSettings::ofService().fill("client_id=@DateTime(\\0\\0\\0G\\0\\x7f\\xff\\xff\\xff)\n");
+    const QByteArray others =
+        "seen=@DateTime(\\0\\0\\0\\x10\\0\\0\\0\\0\\0%\\x8b\\x1b\\0\\0\\0\\0\\0)\n"
+        "places=@Variant(\\0\\0\\0\\b\\0\\0\\0\\0)\n";
+    const QByteArray own = "language=de\nreferral_code=ABC123\n" + others;
+    StoredSettings::ofClient().fill(own);
+    StoredSettings::ofService().fill("client_id=1234\n" + others);
     ClientSession session;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
-    QCOMPARE(session.service.lines(), (QList{setLanguage("en"), askStatus()}));
-    QVERIFY(everyPlaceOpens(session));
-    QVERIFY(session.openPage(ClientSession::settingsRow));
-    session.chooseLanguage(5);
-    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("it")); }));
-    QCOMPARE(store.value("language"), QStringLiteral("it"));
+    QCOMPARE(session.service.lines(),
+             (QList{setLanguage("de"), setReferral("ABC123"), askStatus()}));
+    QVERIFY(session.openPage(ClientSession::supportRow));
+    // Version, ID and code.
+    QCOMPARE(copyButtons(session.still(session.window)).size(), 3);
+    QVERIFY(StoredSettings::ofClient().text().endsWith(own));
 }
 
 void tst_OddSettings::hugeValues()
