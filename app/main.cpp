@@ -27,11 +27,12 @@ int main(int argc, char *argv[])
         app::allowMissingDisplay();
     }
 
-    const app::OrderlyFailure orderlyFailure;
+    std::optional<app::OrderlyFailure> orderlyFailure{std::in_place};
     std::optional<app::PlainDrawing> plainDrawing{std::in_place};
     std::optional<app::ScreenScale> screenScale{std::in_place};
     QApplication application{argc, argv};
     screenScale.reset();
+    orderlyFailure.reset();
     const app::SessionEnd sessionEnd{application};
     app::setIdentity();
     const QStringList arguments = QCoreApplication::arguments();

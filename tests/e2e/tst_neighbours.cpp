@@ -40,6 +40,7 @@ private Q_SLOTS:
     void strangerOnThePort();
     void oddSurroundings_data();
     void oddSurroundings();
+    void fatalMessageLeavesACore();
 
 private:
     std::unique_ptr<QProcess> startClient() const;
@@ -134,6 +135,16 @@ void tst_Neighbours::oddSurroundings()
     QCOMPARE(client->state(), QProcess::Running);
     client->kill();
     client->waitForFinished(-1);
+}
+
+// Only a start without a display ends in order; what breaks later is for the developers to see.
+void tst_Neighbours::fatalMessageLeavesACore()
+{
+    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(IXOVPN_BROKENLOOP));
+    environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("verify_asan_link_order=0"));
+    const std::unique_ptr<QProcess> client = startClient();
+    QVERIFY(client->waitForFinished(-1));
+    QCOMPARE(client->exitStatus(), QProcess::CrashExit);
 }
 
 QTEST_GUILESS_MAIN(tst_Neighbours)
