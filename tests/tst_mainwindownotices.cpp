@@ -1,7 +1,6 @@
 #include "tests/support/WindowBench.h"
 
 #include "ui/NoticeDialog.h"
-#include "ui/NoticeText.h"
 #include "ui/PillLabel.h"
 #include "ui/ReferralDialog.h"
 #include "ui/SideMenu.h"
@@ -48,7 +47,7 @@ public:
         if (notice != nullptr && event->type() == QEvent::Show) {
             ++atOnce;
             mostAtOnce = std::max(mostAtOnce, atOnce);
-            const QString text = notice->findChild<ui::NoticeText *>()->text();
+            const QString text = notice->findChild<QLabel *>()->text();
             texts.append(text.mid(text.indexOf(QLatin1String{"</style>"}) + 8));
             QMetaObject::invokeMethod(
                 notice, [this, notice] { read(*notice); }, Qt::QueuedConnection);

@@ -55,7 +55,7 @@ bool LinkLabel::focusNextPrevChild(bool next)
 
 bool LinkLabel::hasLink() const
 {
-    return text().contains(QLatin1String{"href"}, Qt::CaseInsensitive);
+    return text().contains(QLatin1String{"<a "}, Qt::CaseInsensitive);
 }
 
 bool LinkLabel::moveToLink(bool next)

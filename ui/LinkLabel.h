@@ -25,13 +25,11 @@ Q_SIGNALS:
     void linkReached();
 
 protected:
-    /// Whether the keyboard has anywhere to go.
-    virtual bool hasLink() const;
-
     void focusInEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
+    bool hasLink() const;
     bool moveToLink(bool next);
 
     QString shownAddress;

@@ -1,11 +1,16 @@
 #include "ui/NoticeDialog.h"
 
-#include "ui/NoticeText.h"
+#include "ui/LinkLabel.h"
+#include "ui/SafeMarkup.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QDialogButtonBox>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -31,6 +36,11 @@ QString dialogStyle()
         "QPushButton:hover { background: #FF6A30; }");
 }
 
+QString linkStyle()
+{
+    return QStringLiteral("<style>a{color:#FF8A4E;text-decoration:none;font-weight:600;}</style>");
+}
+
 // The toolkit's own bars are light. Both lie close to the text and stand back behind it.
 QString scrollStyle()
 {
@@ -48,8 +58,25 @@ QString scrollStyle()
         "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }");
 }
 
+// Where the selected text begins, on one line, in a label that is no higher than its text.
+QRect selectedPlace(const LinkLabel &label)
+{
+    const auto *const document = label.findChild<QTextDocument *>();
+    const QTextBlock block = document->findBlock(label.selectionStart());
+    const int start = label.selectionStart() - block.position();
+    const QTextLine line = block.layout()->lineForTextPosition(start);
+    const int end =
+        std::min(start + label.selectedText().size(), line.textStart() + line.textLength());
+    const QPointF corner = document->documentLayout()->blockBoundingRect(block).topLeft();
+    const double left = std::min(line.cursorToX(start), line.cursorToX(end));
+    const double right = std::max(line.cursorToX(start), line.cursorToX(end));
+    return QRectF{left, line.y(), right - left, line.height()}
+        .translated(corner + label.contentsRect().topLeft())
+        .toAlignedRect();
+}
+
 // Takes the label in and shows a part of it.
-QScrollArea *scrolling(NoticeText *label)
+QScrollArea *scrolling(LinkLabel *label)
 {
     auto *const area = new QScrollArea;
     area->setStyleSheet(scrollStyle());
@@ -59,8 +86,8 @@ QScrollArea *scrolling(NoticeText *label)
     area->setWidgetResizable(true);
     area->setWidget(label);
     label->setAutoFillBackground(false);
-    QObject::connect(label, &NoticeText::linkReached, area, [area, label] {
-        const QRect link = label->selectedPlace();
+    QObject::connect(label, &LinkLabel::linkReached, area, [area, label] {
+        const QRect link = selectedPlace(*label);
         area->ensureVisible(link.center().x(), link.center().y(), link.width() / 2, link.height());
     });
     return area;
@@ -84,7 +111,9 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
     column->setContentsMargins(surround);
     column->setSpacing(gap);
 
-    auto *const label = new NoticeText{text, this};
+    auto *const label = new LinkLabel{this};
+    label->setWordWrap(true);
+    label->setText(linkStyle() + safeMarkup(text));
     auto *const buttons = new QDialogButtonBox{QDialogButtonBox::Ok, this};
     QPushButton *const ok = buttons->button(QDialogButtonBox::Ok);
     // Some styles put a picture on it that goes with no colour of ours.

@@ -6,10 +6,9 @@ namespace ui {
 
 /// One notice from the service in a small modal dialog with an OK button.
 ///
-/// The text may be rich text with links. The dialog loads nothing on its behalf: images and style
-/// files that it names are not drawn, wherever they are. Only links to http, https and mailto
-/// addresses can be clicked; they open outside the program and leave the dialog open. A notice
-/// that is too large for the screen scrolls, with the button in sight.
+/// The text may be rich text, of which safeMarkup() is shown. Its links open outside the program and
+/// leave the dialog open. A notice that is too large for the screen scrolls, with the button in
+/// sight.
 /// The dialog knows nothing of other notices and does not follow a change of language.
 class NoticeDialog : public QDialog
 {

@@ -16,10 +16,10 @@
 #include "tests/fuzz/DisplayModel.h"
 #include "tests/fuzz/Finding.h"
 #include "tests/fuzz/LoopbackService.h"
-#include "tests/fuzz/NoticeInspection.h"
 #include "ui/MainWindow.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
+#include "ui/SafeMarkup.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SideMenu.h"
 #include "ui/SupportDialog.h"
@@ -27,6 +27,8 @@
 #include <QApplication>
 #include <QMetaEnum>
 #include <QMouseEvent>
+#include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QTimer>
 
@@ -51,6 +53,21 @@ QString name(DisplayModel::State state)
 {
     return QString::fromLatin1(
         QMetaEnum::fromType<DisplayModel::State>().valueToKey(static_cast<int>(state)));
+}
+
+/// Looks at an open notice the way a user does.
+void inspect(ui::NoticeDialog &dialog, const QString &text)
+{
+    const auto *const label = dialog.findChild<QLabel *>();
+    require(label->text().endsWith(QStringLiteral("</style>") + ui::safeMarkup(text)),
+            "another notice:", text);
+    const QSize room = dialog.screen()->availableSize();
+    require(dialog.width() <= room.width() && dialog.height() <= room.height(),
+            "a notice larger than the screen");
+    const auto *const ok = dialog.findChild<QPushButton *>();
+    require(ok != nullptr && ok->isVisible() && dialog.rect().contains(ok->geometry()),
+            "no button in sight");
+    dialog.grab();
 }
 
 /// Plays one input, step by step, in whatever event loop is running: a notice runs its own.
@@ -220,7 +237,7 @@ void Player::check()
     }
     if (auto *const notice = qobject_cast<ui::NoticeDialog *>(QApplication::activeModalWidget());
         notice != nullptr && !inspected) {
-        fuzz::inspectNotice(*notice, model.notices.at(noticesClosed));
+        inspect(*notice, model.notices.at(noticesClosed));
         inspected = true;
     }
     const int pair = model.kindBefore * DisplayModel::lineKinds + model.lastKind;

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QTextDocumentFragment>
 #include <QThread>
 #include <QWidget>
 #include <QWindow>
@@ -134,8 +135,10 @@ QJsonObject Witness::testimony()
         told[QStringLiteral("dialogWindow")] = static_cast<qint64>(dialog->internalWinId());
         const auto labels = dialog->findChildren<QWidget *>();
         for (const QWidget *const label : labels) {
-            if (qstrcmp(label->metaObject()->className(), "ui::NoticeText") == 0) {
-                told[QStringLiteral("notice")] = label->accessibleName();
+            if (qstrcmp(label->metaObject()->className(), "ui::LinkLabel") == 0) {
+                told[QStringLiteral("notice")] =
+                    QTextDocumentFragment::fromHtml(static_cast<const QLabel *>(label)->text())
+                        .toPlainText();
             }
         }
     }

@@ -1,52 +1,17 @@
 #include "tests/support/NoticeSamples.h"
 
-#include "tests/support/ShownDocument.h"
-#include "tests/support/System.h"
-
-#include <QAccessible>
-#include <QApplication>
-#include <QBuffer>
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QDialog>
-#include <QDir>
-#include <QFile>
-#include <QHelpEvent>
-#include <QImage>
-#include <QLabel>
-#include <QMimeData>
-#include <QTest>
-#include <QTextDocument>
-
 namespace support {
 
 namespace {
 
-QImage picture()
-{
-    QImage image{64, 64, QImage::Format_RGB32};
-    image.fill(bait::colour);
-    return image;
-}
-
-QString pictureAsAddress()
-{
-    QByteArray bytes;
-    QBuffer buffer{&bytes};
-    buffer.open(QIODevice::WriteOnly);
-    picture().save(&buffer, "PNG");
-    return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(bytes.toBase64());
-}
-
-// $P is the picture's path, $D the picture as an address, $S the style file, $F the pipe.
+// $P is a picture's path, $D a picture as an address, $S a style file, $F a pipe.
 QString filledIn(const char *html)
 {
-    const QString folder = QString::fromLatin1(bait::folder);
     return QString::fromUtf8(html)
-        .replace(QLatin1String{"$P"}, folder + QStringLiteral("/picture.png"))
-        .replace(QLatin1String{"$S"}, folder + QStringLiteral("/style.css"))
-        .replace(QLatin1String{"$F"}, folder + QStringLiteral("/pipe"))
-        .replace(QLatin1String{"$D"}, pictureAsAddress());
+        .replace(QLatin1String{"$P"}, QLatin1String{"/tmp/bait/picture.png"})
+        .replace(QLatin1String{"$S"}, QLatin1String{"/tmp/bait/style.css"})
+        .replace(QLatin1String{"$F"}, QLatin1String{"/tmp/bait/pipe"})
+        .replace(QLatin1String{"$D"}, QLatin1String{"data:image/png;base64,iVBORw0KGgo="});
 }
 
 QString repeated(const char *html, int times)
@@ -54,73 +19,7 @@ QString repeated(const char *html, int times)
     return QString::fromLatin1(html).repeated(times);
 }
 
-void hover(QWidget *widget, const QPoint &position)
-{
-    QTest::mouseMove(widget, position);
-    QHelpEvent tip{QEvent::ToolTip, position, widget->mapToGlobal(position)};
-    QCoreApplication::sendEvent(widget, &tip);
-    QHelpEvent help{QEvent::WhatsThis, position, widget->mapToGlobal(position)};
-    QCoreApplication::sendEvent(widget, &help);
-    QCoreApplication::processEvents();
-}
-
-void copyEverything(QLabel *label)
-{
-    label->setSelection(0, shownDocument(label)->characterCount() - 1);
-    label->setFocus();
-    QTest::keyClick(label, Qt::Key_C, Qt::ControlModifier);
-    const QMimeData *const copied = QGuiApplication::clipboard()->mimeData();
-    if (copied != nullptr) {
-        for (const QString &format : copied->formats()) {
-            copied->data(format);
-        }
-    }
-    QGuiApplication::clipboard()->clear();
-}
-
-void openContextMenu(QWidget *widget)
-{
-    const QPoint position = widget->rect().center();
-    QContextMenuEvent event{QContextMenuEvent::Mouse, position, widget->mapToGlobal(position)};
-    QCoreApplication::sendEvent(widget, &event);
-    if (QWidget *const popup = QApplication::activePopupWidget(); popup != nullptr) {
-        popup->grab();
-        popup->close();
-    }
-}
-
-void changeAppearance(QWidget *widget)
-{
-    QFont font = widget->font();
-    font.setItalic(true);
-    widget->setFont(font);
-    QPalette palette = widget->palette();
-    palette.setColor(QPalette::WindowText, Qt::white);
-    widget->setPalette(palette);
-    widget->ensurePolished();
-    widget->setLayoutDirection(Qt::RightToLeft);
-    for (const QEvent::Type type : {QEvent::StyleChange, QEvent::FontChange, QEvent::PaletteChange,
-                                    QEvent::LanguageChange, QEvent::LocaleChange}) {
-        QEvent change{type};
-        QCoreApplication::sendEvent(widget, &change);
-    }
-}
-
 } // namespace
-
-void bait::layOut()
-{
-    const QDir place{QString::fromLatin1(folder)};
-    QDir{}.mkpath(place.path());
-    picture().save(place.filePath(QStringLiteral("picture.png")));
-    QFile style{place.filePath(QStringLiteral("style.css"))};
-    if (!style.open(QIODevice::WriteOnly)) {
-        qFatal("No style file: %s", qPrintable(style.errorString()));
-    }
-    style.write("p, td, span { color: #ff00ff; background-color: #ff00ff; }");
-
-    system::makeSilentPipe(place.filePath(QStringLiteral("pipe")));
-}
 
 QList<NoticeSample> hostileNotices()
 {
@@ -289,46 +188,6 @@ QList<NoticeSample> hostileNotices()
                                      repeated("<p title='0123456789'></p>", 1000) +
                                      filledIn(R"(<img src="$P">)"));
     return samples;
-}
-
-QString warmUpNotice()
-{
-    return QStringLiteral(
-        u"<h1>One</h1><h2>Two</h2><p>text <b>bold</b> <i>slanted <b>both</b></i> <tt>fixed <b>bold"
-        "</b></tt> <small>small</small><sub>low</sub><sup>high</sup> <u>under</u> <s>out</s></p>"
-        "<pre>fixed</pre><ul><li>one<ol><li>two</ol></ul><table border=1><tr><th>head<td>cell"
-        "</table><hr><a href='https://example.com' title='a tip'>link</a>"
-        "\u202e\u2066x\u2069\u202c\u200f\u2067\u061c \ufffd \u0085 ÿ");
-}
-
-void disturb(QDialog &dialog)
-{
-    auto *const label = dialog.findChild<QLabel *>();
-    if (QAccessibleInterface *const reader = QAccessible::queryAccessibleInterface(label);
-        reader != nullptr) {
-        reader->text(QAccessible::Name);
-        reader->text(QAccessible::Description);
-        reader->text(QAccessible::Value);
-    }
-    dialog.show();
-    dialog.grab();
-    const int step = 24;
-    const QRect seen = label->visibleRegion().boundingRect();
-    for (int y = seen.top() + 8; y < seen.bottom(); y += step) {
-        for (int x = seen.left() + 4; x < seen.right(); x += 2 * step) {
-            hover(label, {x, y});
-        }
-    }
-    copyEverything(label);
-    openContextMenu(label);
-    changeAppearance(label);
-    dialog.grab();
-    copyEverything(label);
-    dialog.resize(dialog.size() + QSize{40, 40});
-    dialog.hide();
-    dialog.show();
-    dialog.grab();
-    dialog.hide();
 }
 
 } // namespace support

@@ -1,0 +1,224 @@
+#include "ui/SafeMarkup.h"
+
+#include "ui/SingleLine.h"
+
+#include <QHash>
+#include <QRegularExpression>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace ui {
+
+namespace {
+
+constexpr int deepest = 20;
+constexpr int highestPile = 20;
+
+QRegularExpression pattern(const char *text)
+{
+    return QRegularExpression{QString::fromLatin1(text),
+                              QRegularExpression::CaseInsensitiveOption |
+                                  QRegularExpression::DotMatchesEverythingOption};
+}
+
+/// The one attribute that an element may have: how it may be written, and how it is then.
+struct Attribute
+{
+    QRegularExpression written;
+    QString form;
+};
+
+Attribute attributeOf(const QString &name)
+{
+    static const QHash<QString, Attribute> attributes{
+        {QStringLiteral("a"),
+         {pattern("\\shref\\s*+=\\s*+([\"']?)((?:https?|mailto):"
+                  "(?:[^\"'<>&\\s\\x00-\\x1f\\x7f]|&(?!#))++)\\1(?=[\\s/]|$)"),
+          QStringLiteral(" href=%1%2%1")}},
+        {QStringLiteral("font"),
+         {pattern("\\scolor\\s*+=\\s*+([\"']?)(#[0-9a-f]{6}|[a-z]{1,20}+)\\1(?=[\\s/]|$)"),
+          QStringLiteral(" color=%1%2%1")}},
+        {QStringLiteral("span"),
+         {pattern("\\sstyle\\s*+=\\s*+([\"'])(?:[^\"']*;)?\\s*+color\\s*+:\\s*+"
+                  "(#[0-9a-f]{6}|[a-z]{1,20}+)\\s*+(?:;[^\"']*+)?\\1"),
+          QStringLiteral(" style=%1color:%2%1")}}};
+    static const Attribute none{pattern("(?!)"), {}};
+    return attributes.value(name, none);
+}
+
+bool mayBeShown(uint character)
+{
+    return character <= QChar::LastValidCodePoint && !QChar::isNonCharacter(character) &&
+           !QChar::isSurrogate(character) && QChar::category(character) != QChar::Other_Control;
+}
+
+bool isPiledUp(uint character)
+{
+    // Two vowels are taken apart into a mark and a letter.
+    constexpr uint thaiAm = 0xe33;
+    constexpr uint laoAm = 0xeb3;
+    switch (QChar::category(character)) {
+    case QChar::Mark_NonSpacing:
+    case QChar::Mark_SpacingCombining:
+    case QChar::Mark_Enclosing:
+    case QChar::Other_Format:
+        return true;
+    default:
+        return character == thaiAm || character == laoAm;
+    }
+}
+
+class Cleaner
+{
+public:
+    explicit Cleaner(const QString &markup)
+        : text(markup)
+    {}
+
+    QString clean()
+    {
+        while (place < text.size()) {
+            const QChar next = text.at(place);
+            if (next == QLatin1Char{'&'}) {
+                passAmpersand();
+            } else if (next != QLatin1Char{'<'}) {
+                passCharacter();
+            } else if (!passElement()) {
+                ++place;
+                append(QStringLiteral("&lt;"), false);
+            }
+        }
+        return result;
+    }
+
+private:
+    QRegularExpressionMatch matchHere(const QRegularExpression &wanted) const
+    {
+        return wanted.match(text, place, QRegularExpression::NormalMatch,
+                            QRegularExpression::AnchoredMatchOption);
+    }
+
+    void append(const QString &shown, bool piledUp)
+    {
+        height = piledUp ? height + 1 : 0;
+        if (height <= highestPile) {
+            result += shown;
+        }
+    }
+
+    void passCharacter()
+    {
+        const int length = text.at(place).isHighSurrogate() ? 2 : 1;
+        const QString character = text.mid(place, length);
+        place += length;
+        append(character, isPiledUp(character.toUcs4().constFirst()));
+    }
+
+    void passAmpersand()
+    {
+        constexpr int decimal = 10;
+        constexpr int hexadecimal = 16;
+        static const QRegularExpression entity =
+            pattern("&(?:#([0-9]{1,7})|#x([0-9a-f]{1,6})|([a-z][a-z0-9]{1,7}));");
+        static const QRegularExpression alone = pattern("&(?!#|[a-z0-9]*+[;<])");
+        static const QRegularExpression invisible = pattern("&(?:lrm|rlm|shy|zwj|zwnj);");
+        const QRegularExpressionMatch found = matchHere(entity);
+        const bool isName = found.capturedLength(3) > 0;
+        const uint number = found.capturedLength(1) > 0
+                                ? found.capturedRef(1).toUInt(nullptr, decimal)
+                                : found.capturedRef(2).toUInt(nullptr, hexadecimal);
+        if (isName || mayBeShown(number)) {
+            append(found.captured(), isName ? matchHere(invisible).hasMatch() : isPiledUp(number));
+            place = found.capturedEnd();
+        } else {
+            append(matchHere(alone).hasMatch() ? QStringLiteral("&") : QStringLiteral("&amp;"),
+                   false);
+            ++place;
+        }
+    }
+
+    bool passElement()
+    {
+        static const QRegularExpression hidden = pattern(
+            "<!--.*?-->|<!doctype[^<>]*+>|<(script|style|title)(?=[\\s/>])[^>]*+>.*?</\\1\\s*+>");
+        // All that the toolkit knows: what is kept, what stands apart from its neighbours, the
+        // rest.
+        static const QRegularExpression tag = pattern(
+            "<(/?)(?:(a|b|big|blockquote|br|center|code|div|em|font|h[1-6]|hr|i|li|ol|p|pre|s|small"
+            "|span|strong|sub|sup|tt|u|ul)|(address|caption|d[dlt]|table|tbody|t[dhr]|tfoot|thead)"
+            "|body|cite|dfn|head|html|img|kbd|link|meta|nobr|qt|samp|script|style|title|var)"
+            "((?=[\\s/>])(?:[^<>\"']|\"[^\"]*+\"|'[^']*+')*+)>");
+        QRegularExpressionMatch found = matchHere(hidden);
+        if (!found.hasMatch()) {
+            found = matchHere(tag);
+            if (found.capturedLength(2) > 0) {
+                found.capturedLength(1) > 0 ? end(found.captured(2))
+                                            : start(found.captured(2), found.captured(4));
+            } else if (found.capturedLength(3) > 0) {
+                append(QStringLiteral(" "), false);
+            }
+        }
+        place = std::max(place, found.capturedEnd());
+        return found.hasMatch();
+    }
+
+    void start(const QString &written, QString attributes)
+    {
+        static const QRegularExpression none = pattern("\\A\\s*+/?\\z");
+        const QString name = written.toLower();
+        const bool isLink = name == QLatin1String{"a"};
+        const bool closesLast = name == QLatin1String{"p"} || name == QLatin1String{"li"};
+        if (isLink || !none.match(attributes).hasMatch()) {
+            const Attribute wanted = attributeOf(name);
+            const QRegularExpressionMatch found = wanted.written.match(attributes);
+            if (isLink && !found.hasMatch()) {
+                return;
+            }
+            const QString quote =
+                found.capturedLength(1) > 0 ? found.captured(1) : QStringLiteral("\"");
+            attributes = found.hasMatch() ? wanted.form.arg(quote, found.captured(2)) : QString{};
+        }
+        if (name != QLatin1String{"br"} && name != QLatin1String{"hr"}) {
+            if (closesLast && !open.isEmpty() && open.constLast() == name) {
+                open.removeLast();
+            }
+            if (open.size() == deepest) {
+                return;
+            }
+            open += name;
+        }
+        result += QLatin1Char{'<'} + written + attributes + QLatin1Char{'>'};
+    }
+
+    void end(const QString &written)
+    {
+        if (const int level = open.lastIndexOf(written.toLower()); level >= 0) {
+            open.erase(open.begin() + level, open.end());
+            result += QStringLiteral("</") + written + QLatin1Char{'>'};
+        }
+    }
+
+    const QString &text;
+    QString result;
+    QStringList open;
+    int place = 0;
+    int height = 0;
+};
+
+} // namespace
+
+QString safeMarkup(const QString &text)
+{
+    if (!text.isValidUtf16()) {
+        return safeMarkup(QString::fromUtf8(text.toUtf8()).toHtmlEscaped());
+    }
+    QString markup = beginning(text, longestNotice);
+    if (text.size() > longestNotice) {
+        static const QRegularExpression halfTag = pattern("</?[a-z][^<>]{0,200}\\z");
+        markup.replace(halfTag, markup.right(1));
+    }
+    return Cleaner{markup}.clean();
+}
+
+} // namespace ui
