@@ -243,8 +243,9 @@ void tst_SafeMarkup::length_data()
     QTest::newRow("longest") << longest << longest;
     QTest::newRow("longer") << longest + QStringLiteral("z") << longest + ellipsis;
     QTest::newRow("a megabyte") << QStringLiteral("y").repeated(1'000'000) << longest + ellipsis;
-    QTest::newRow("half an element") << longest.chopped(2) + QStringLiteral("<a href='x'>z</a>")
-                                     << longest.chopped(2) + ellipsis;
+    QTest::newRow("half an element")
+        << longest.chopped(9) + QStringLiteral("<a href='https://e.com'>z</a>")
+        << longest.chopped(9) + ellipsis;
     QTest::newRow("nothing is cut in half")
         << longest.chopped(1) + QStringLiteral("\U0001f512z") << longest.chopped(1) + ellipsis;
 }

@@ -86,7 +86,7 @@ public:
                 passCharacter();
             } else if (!passElement()) {
                 ++place;
-                append(QStringLiteral("&lt;"), false);
+                append(u"&lt;", false);
             }
         }
         return result;
@@ -99,20 +99,22 @@ private:
                             QRegularExpression::AnchoredMatchOption);
     }
 
-    void append(const QString &shown, bool piledUp)
+    void append(QStringView shown, bool piledUp)
     {
         height = piledUp ? height + 1 : 0;
         if (height <= highestPile) {
-            result += shown;
+            result.append(shown.data(), static_cast<int>(shown.size()));
         }
     }
 
     void passCharacter()
     {
-        const int length = text.at(place).isHighSurrogate() ? 2 : 1;
-        const QString character = text.mid(place, length);
-        place += length;
-        append(character, isPiledUp(character.toUcs4().constFirst()));
+        const int start = place++;
+        uint code = text.at(start).unicode();
+        if (QChar::isHighSurrogate(code)) {
+            code = QChar::surrogateToUcs4(text.at(start), text.at(place++));
+        }
+        append(QStringView{text}.mid(start, place - start), isPiledUp(code));
     }
 
     void passAmpersand()
@@ -129,11 +131,11 @@ private:
                                 ? found.capturedRef(1).toUInt(nullptr, decimal)
                                 : found.capturedRef(2).toUInt(nullptr, hexadecimal);
         if (isName || mayBeShown(number)) {
-            append(found.captured(), isName ? matchHere(invisible).hasMatch() : isPiledUp(number));
+            append(found.capturedView(),
+                   isName ? matchHere(invisible).hasMatch() : isPiledUp(number));
             place = found.capturedEnd();
         } else {
-            append(matchHere(alone).hasMatch() ? QStringLiteral("&") : QStringLiteral("&amp;"),
-                   false);
+            append(matchHere(alone).hasMatch() ? u"&" : u"&amp;", false);
             ++place;
         }
     }
@@ -156,7 +158,7 @@ private:
                 found.capturedLength(1) > 0 ? end(found.captured(2))
                                             : start(found.captured(2), found.captured(4));
             } else if (found.capturedLength(3) > 0) {
-                append(QStringLiteral(" "), false);
+                append(u" ", false);
             }
         }
         place = std::max(place, found.capturedEnd());
