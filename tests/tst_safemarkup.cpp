@@ -84,7 +84,7 @@ void tst_SafeMarkup::unchanged_data()
     row("<font color=\"red\">r</font><font color='#12aBcD'>x</font>");
     row("<span style=\"color:red\">r</span><span style='color:#12aBcD'>x</span>");
     row("<a href=\"https://e.com/a?b=c&d=e&amp;f#g\">x</a>");
-    row("<a href='http://u@e.com:80/'>x</a><A href='MAILTO:a@b.c?subject=Hello%20you'>x</A>");
+    row("<a href='http://u@e.com:80/'>x</a><A HREF='MAILTO:a@b.c?subject=Hello%20you'>x</A>");
     row("&lt; &amp; &nbsp; &euro; &#8364; &#x20AC; &#X1f600; &unknown;");
     row("Tom & Jerry, R&D, a && b, Q&A");
     row("<b>left open <i>twice");
@@ -126,6 +126,7 @@ void tst_SafeMarkup::changed_data()
     row("<font size=7 color=red face=x>a</font>", "<font color=\"red\">a</font>");
     row("<font color='rgb(1,2,3)'>a</font>", "<font>a</font>");
     row("<font color='#12345'>a</font>", "<font>a</font>");
+    row("<font color=rgb(1,2,3)>a</font>", "<font>a</font>");
     row("<span style='color: red; font-size:900px'>a</span>", "<span style='color:red'>a</span>");
     row("<span style='font-family:a,b;color:#123456'>a</span>",
         "<span style='color:#123456'>a</span>");

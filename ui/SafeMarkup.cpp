@@ -2,7 +2,6 @@
 
 #include "ui/SingleLine.h"
 
-#include <QHash>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -20,31 +19,6 @@ QRegularExpression pattern(const char *text)
     return QRegularExpression{QString::fromLatin1(text),
                               QRegularExpression::CaseInsensitiveOption |
                                   QRegularExpression::DotMatchesEverythingOption};
-}
-
-/// The one attribute that an element may have: how it may be written, and how it is then.
-struct Attribute
-{
-    QRegularExpression written;
-    QString form;
-};
-
-Attribute attributeOf(const QString &name)
-{
-    static const QHash<QString, Attribute> attributes{
-        {QStringLiteral("a"),
-         {pattern("\\shref\\s*+=\\s*+([\"']?)((?:https?|mailto):"
-                  "(?:[^\"'<>&\\s\\x00-\\x1f\\x7f]|&(?!#))++)\\1(?=[\\s/]|$)"),
-          QStringLiteral(" href=%1%2%1")}},
-        {QStringLiteral("font"),
-         {pattern("\\scolor\\s*+=\\s*+([\"']?)(#[0-9a-f]{6}|[a-z]{1,20}+)\\1(?=[\\s/]|$)"),
-          QStringLiteral(" color=%1%2%1")}},
-        {QStringLiteral("span"),
-         {pattern("\\sstyle\\s*+=\\s*+([\"'])(?:[^\"']*;)?\\s*+color\\s*+:\\s*+"
-                  "(#[0-9a-f]{6}|[a-z]{1,20}+)\\s*+(?:;[^\"']*+)?\\1"),
-          QStringLiteral(" style=%1color:%2%1")}}};
-    static const Attribute none{pattern("(?!)"), {}};
-    return attributes.value(name, none);
 }
 
 bool mayBeShown(uint character)
@@ -144,8 +118,7 @@ private:
     {
         static const QRegularExpression hidden = pattern(
             "<!--.*?-->|<!doctype[^<>]*+>|<(script|style|title)(?=[\\s/>])[^>]*+>.*?</\\1\\s*+>");
-        // All that the toolkit knows: what is kept, what stands apart from its neighbours, the
-        // rest.
+        // All that the toolkit knows: what is kept, what is set apart, the rest.
         static const QRegularExpression tag = pattern(
             "<(/?)(?:(a|b|big|blockquote|br|center|code|div|em|font|h[1-6]|hr|i|li|ol|p|pre|s|small"
             "|span|strong|sub|sup|tt|u|ul)|(address|caption|d[dlt]|table|tbody|t[dhr]|tfoot|thead)"
@@ -168,18 +141,28 @@ private:
     void start(const QString &written, QString attributes)
     {
         static const QRegularExpression none = pattern("\\A\\s*+/?\\z");
+        // The one attribute that an element may have.
+        static const QRegularExpression wanted =
+            pattern("\\A(?|a\\b.*?\\s(href)\\s*+=\\s*+([\"']?)((?:https?|mailto):"
+                    "(?:[^\"'<>&\\s\\x00-\\x1f\\x7f]|&(?!#))++)"
+                    "|font\\b.*?\\s(color)\\s*+=\\s*+([\"']?)(#[0-9a-f]{6}|[a-z]{1,20}+)"
+                    "|span\\b.*?\\s(style)\\s*+=\\s*+([\"'])(?:[^\"']*;)?\\s*+color\\s*+:\\s*+"
+                    "(#[0-9a-f]{6}|[a-z]{1,20}+)\\s*+(?:;[^\"']*+)?)\\2(?=[\\s/]|\\z)");
         const QString name = written.toLower();
         const bool isLink = name == QLatin1String{"a"};
         const bool closesLast = name == QLatin1String{"p"} || name == QLatin1String{"li"};
         if (isLink || !none.match(attributes).hasMatch()) {
-            const Attribute wanted = attributeOf(name);
-            const QRegularExpressionMatch found = wanted.written.match(attributes);
+            const QRegularExpressionMatch found = wanted.match(name + attributes);
             if (isLink && !found.hasMatch()) {
                 return;
             }
             const QString quote =
-                found.capturedLength(1) > 0 ? found.captured(1) : QStringLiteral("\"");
-            attributes = found.hasMatch() ? wanted.form.arg(quote, found.captured(2)) : QString{};
+                found.capturedLength(2) > 0 ? found.captured(2) : QStringLiteral("\"");
+            const QLatin1String property{name == QLatin1String{"span"} ? "color:" : ""};
+            attributes = found.hasMatch()
+                             ? QLatin1Char{' '} + found.captured(1) + QLatin1Char{'='} + quote +
+                                   property + found.captured(3) + quote
+                             : QString{};
         }
         if (name != QLatin1String{"br"} && name != QLatin1String{"hr"}) {
             if (closesLast && !open.isEmpty() && open.constLast() == name) {
