@@ -159,7 +159,7 @@ bool mayNameAType(const QByteArray &store)
 {
     static const QRegularExpression at{QStringLiteral(R"(@|\\x[0-9a-f]*40|\\[0-7]*100)"),
                                        QRegularExpression::CaseInsensitiveOption};
-    return QString::fromLatin1(store).contains(at);
+    return QString::fromLatin1(store.constData(), store.size()).contains(at);
 }
 
 bool isCode(const QString &text)
