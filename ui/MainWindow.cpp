@@ -29,13 +29,11 @@
 #include <QTranslator>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <memory>
 #include <utility>
 
 using ipc::protocol::Message;
 using ipc::protocol::MessageKind;
-using ipc::protocol::ServiceState;
 using ui::ToggleSwitch;
 
 namespace {
@@ -119,34 +117,6 @@ QHBoxLayout *centred(QWidget *widget)
     row->addWidget(widget);
     row->addStretch(1);
     return row;
-}
-
-/// Which part of the main screen a message changes.
-enum class Reach { Nothing, Pill, AllButPill, Everything };
-
-Reach reachOf(const Message &message)
-{
-    switch (message.kind) {
-    case MessageKind::Error:
-        return Reach::Everything;
-    case MessageKind::ConfigBytes:
-        return Reach::Pill;
-    case MessageKind::Notice:
-    case MessageKind::Unknown:
-        return Reach::Nothing;
-    case MessageKind::Status:
-        break;
-    }
-    switch (ipc::protocol::parseState(message.rest)) {
-    case ServiceState::Starting:
-    case ServiceState::Connecting:
-    case ServiceState::Stopping:
-        return Reach::AllButPill;
-    case ServiceState::Unknown:
-        return Reach::Nothing;
-    default:
-        return Reach::Everything;
-    }
 }
 
 } // namespace
@@ -278,15 +248,12 @@ void MainWindow::onToggleClicked()
     switch (toggle->state()) {
     case ToggleSwitch::State::Off:
     case ToggleSwitch::State::Error:
-        toggle->setState(ToggleSwitch::State::Connecting);
-        showStatus(tr("Connecting…"));
-        tray->setStatusText(tr("Connecting…"));
+        apply({ui::Display::State{ToggleSwitch::State::Connecting, QT_TR_NOOP("Connecting…")}, {}});
         client->send(ipc::protocol::connectCommand);
         break;
     case ToggleSwitch::State::On:
-        toggle->setState(ToggleSwitch::State::Disconnecting);
-        showStatus(tr("Disconnecting…"));
-        tray->setStatusText(tr("Disconnecting…"));
+        apply({ui::Display::State{ToggleSwitch::State::Disconnecting, QT_TR_NOOP("Disconnecting…")},
+               {}});
         client->send(ipc::protocol::disconnectCommand);
         break;
     case ToggleSwitch::State::Connecting:
@@ -297,54 +264,43 @@ void MainWindow::onToggleClicked()
 
 void MainWindow::onServiceMessage(const QString &text)
 {
-    Message message = ipc::protocol::parseMessage(text);
+    const Message message = ipc::protocol::parseMessage(text);
     if (message.kind == MessageKind::Status) {
         lastStatus = message.rest;
     }
     if (message.kind == MessageKind::Notice) {
-        showPutOff();
+        showPending();
         noticeQueue.append(message.rest);
         showNextNotice();
         return;
     }
-    putOff(std::move(message));
+    pending.add(ui::displayOf(message));
     if (!client->moreToCome()) {
-        showPutOff();
+        showPending();
     }
 }
 
-void MainWindow::putOff(Message message)
+void MainWindow::showPending()
 {
-    const Reach reach = reachOf(message);
-    const auto covered = [reach](const Message &earlier) {
-        return reach == Reach::Everything || reachOf(earlier) == reach;
-    };
-    unshown.erase(std::remove_if(unshown.begin(), unshown.end(), covered), unshown.end());
-    unshown.push_back(std::move(message));
+    apply(std::exchange(pending, {}));
 }
 
-void MainWindow::showPutOff()
+void MainWindow::apply(const ui::Display &display)
 {
-    for (const Message &message : unshown) {
-        switch (message.kind) {
-        case MessageKind::Status:
-            applyStatus(message.rest);
-            break;
-        case MessageKind::Error:
-            toggle->setState(ToggleSwitch::State::Error);
-            showStatus(tr("Error"));
-            pillLabel->say(message.rest);
-            tray->setStatusText(tr("Error"));
-            break;
-        case MessageKind::ConfigBytes:
-            pillLabel->say(tr("Config %1 bytes").arg(message.rest));
-            break;
-        case MessageKind::Notice:
-        case MessageKind::Unknown:
-            break;
+    if (display.state) {
+        const QString status = tr(display.state->status);
+        toggle->setState(display.state->toggle);
+        showStatus(status);
+        tray->setStatusText(status);
+    }
+    if (display.pill) {
+        const auto &[text, value] = *display.pill;
+        if (text == nullptr) {
+            pillLabel->say(value);
+        } else {
+            pillLabel->say(tr(text).replace(QLatin1String{"%1"}, value));
         }
     }
-    unshown.clear();
 }
 
 void MainWindow::onServiceConnectionChanged(bool connected)
@@ -430,53 +386,7 @@ void MainWindow::retranslateUi()
 
 void MainWindow::applyStatus(const QString &word)
 {
-    using State = ToggleSwitch::State;
-
-    const ServiceState state = ipc::protocol::parseState(word);
-    switch (state) {
-    case ServiceState::Running:
-        toggle->setState(State::On);
-        showStatus(tr("Connected"));
-        pillLabel->say(tr("Tunnel up"));
-        tray->setStatusText(tr("Connected"));
-        break;
-    case ServiceState::Fetching:
-    case ServiceState::Starting:
-    case ServiceState::Connecting:
-        toggle->setState(State::Connecting);
-        showStatus(tr("Connecting…"));
-        if (state == ServiceState::Fetching) {
-            pillLabel->say(tr("Fetching config…"));
-        }
-        tray->setStatusText(tr("Connecting…"));
-        break;
-    case ServiceState::Stopping:
-        toggle->setState(State::Disconnecting);
-        showStatus(tr("Disconnecting…"));
-        tray->setStatusText(tr("Disconnecting…"));
-        break;
-    case ServiceState::Stopped:
-    case ServiceState::Disconnected:
-        toggle->setState(State::Off);
-        showStatus(tr("Disconnected"));
-        pillLabel->say(tr("Idle"));
-        tray->setStatusText(tr("Disconnected"));
-        break;
-    case ServiceState::SubscriptionExpired:
-        toggle->setState(State::Error);
-        showStatus(tr("Error"));
-        pillLabel->say(tr("Subscription expired"));
-        tray->setStatusText(tr("Error"));
-        break;
-    case ServiceState::Failed:
-        toggle->setState(State::Error);
-        showStatus(tr("Failed"));
-        pillLabel->say(word);
-        tray->setStatusText(tr("Failed"));
-        break;
-    case ServiceState::Unknown:
-        break;
-    }
+    apply(ui::displayOf({MessageKind::Status, word}));
 }
 
 void MainWindow::nameControls()

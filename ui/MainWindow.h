@@ -1,12 +1,10 @@
 #pragma once
 
-#include "ipc/Protocol.h"
+#include "ui/Display.h"
 
 #include <QMainWindow>
 #include <QString>
 #include <QStringList>
-
-#include <vector>
 
 class QLabel;
 class QTranslator;
@@ -64,8 +62,8 @@ private:
     void retranslateUi();
 
     void applyStatus(const QString &word);
-    void putOff(ipc::protocol::Message message);
-    void showPutOff();
+    void apply(const ui::Display &display);
+    void showPending();
     /// For those who cannot see the screen.
     void nameControls();
 
@@ -90,9 +88,8 @@ private:
     bool serviceConnected = false;
     bool quitting = false;
     bool noticeShowing = false;
-    /// What the service has said and nobody could have seen yet, oldest first; no message in it
-    /// is covered up by a later one.
-    std::vector<ipc::protocol::Message> unshown;
+    /// What the service has said and the screen does not show yet, because more follows at once.
+    ui::Display pending;
     /// The last status word, known or not, for the texts after a change of language.
     QString lastStatus;
     QStringList noticeQueue;
