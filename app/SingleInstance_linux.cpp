@@ -1,6 +1,6 @@
 #include "app/SingleInstance.h"
 
-#include "app/WindowActivation_linux.h"
+#include "app/PresentWindow_linux.h"
 
 #include <QSocketNotifier>
 #include <QWidget>
@@ -22,11 +22,8 @@ namespace app {
 
 namespace {
 
-// So many names in the shared folder may be taken by somebody else before we go without a place.
-constexpr int sharedFolderTries = 64;
-
 // Longer than any start-up id that a launcher makes.
-constexpr std::size_t longestRequest = 1024;
+constexpr int longestRequest = 1024;
 
 class Descriptor
 {
@@ -82,27 +79,17 @@ struct Place
 };
 
 // The same folder for every start of this user, whatever the environment says: the one that the
-// log-in manager made, or without it one in the shared folder, where other users may have taken
-// names but cannot have made folders of ours.
+// log-in manager made, or without it one in the shared folder.
 std::optional<Place> findPlace()
 {
     const std::string user = std::to_string(geteuid());
-    std::string path = "/run/user/" + user + "/ixovpn";
-    Descriptor folder = openPrivateFolder(path);
-    for (int i = 0; !folder.isOpen() && i < sharedFolderTries; ++i) {
-        path = "/tmp/ixovpn-" + user + (i == 0 ? "" : "-" + std::to_string(i));
-        folder = openPrivateFolder(path);
+    for (const std::string &path : {"/run/user/" + user + "/ixovpn", "/tmp/ixovpn-" + user}) {
+        Descriptor folder = openPrivateFolder(path);
+        if (folder.isOpen()) {
+            return Place{path, std::move(folder)};
+        }
     }
-    if (!folder.isOpen()) {
-        return std::nullopt;
-    }
-    return Place{path, std::move(folder)};
-}
-
-bool isRemoved(const Descriptor &folder)
-{
-    struct stat found = {};
-    return fstat(folder.get(), &found) == 0 && found.st_nlink == 0;
+    return std::nullopt;
 }
 
 sockaddr_un channelAddress(const std::string &folder)
@@ -125,29 +112,12 @@ Descriptor openSocket()
     return Descriptor{socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)};
 }
 
-// One datagram is one request: two lines, of which the second, the start-up id, may be empty. An id
-// that cannot be one counts as none: without it the window comes up all the same.
-QByteArray encode(const QByteArray &startupId)
-{
-    const QByteArray request = "show\n" + startupId + '\n';
-    const bool fits = static_cast<std::size_t>(request.size()) <= longestRequest;
-    return fits && !startupId.contains('\n') ? request : QByteArrayLiteral("show\n\n");
-}
-
-std::optional<QByteArray> decode(const QByteArray &request)
-{
-    const QList<QByteArray> lines = request.split('\n');
-    if (lines.size() != 3 || lines.at(0) != "show" || !lines.at(2).isEmpty()) {
-        return std::nullopt;
-    }
-    return lines.at(1);
-}
-
 void askForWindow(const std::string &folder)
 {
     const Descriptor channel = openSocket();
     const sockaddr_un address = channelAddress(folder);
-    const QByteArray request = encode(startupIdFromEnvironment());
+    // One datagram is one request: the start-up id, which may be empty.
+    const QByteArray request = startupIdFromEnvironment().left(longestRequest);
     sendto(channel.get(), request.constData(), static_cast<std::size_t>(request.size()),
            MSG_NOSIGNAL, generic(address), sizeof address);
 }
@@ -170,19 +140,13 @@ SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::claim()
 {
-    while (std::optional<Place> found = findPlace()) {
-        const bool locked = flock(found->folder.get(), LOCK_EX | LOCK_NB) == 0;
-        if (!locked && errno == EWOULDBLOCK) {
+    if (std::optional<Place> found = findPlace()) {
+        if (flock(found->folder.get(), LOCK_EX | LOCK_NB) == 0) {
+            d->place = std::move(found);
+        } else if (errno == EWOULDBLOCK) {
             askForWindow(found->path);
             return false;
         }
-        if (locked && isRemoved(found->folder)) {
-            continue;
-        }
-        if (locked) {
-            d->place = std::move(found);
-        }
-        break;
     }
     // Without a place to hold, a client that runs is better than one that does not.
     return true;
@@ -213,16 +177,11 @@ private:
         std::optional<QByteArray> wanted;
         std::array<char, longestRequest> buffer = {};
         ssize_t length = 0;
-        while ((length = recv(channel.get(), buffer.data(), buffer.size(), MSG_TRUNC)) >= 0) {
-            if (static_cast<std::size_t>(length) <= buffer.size()) {
-                const auto startupId = decode(QByteArray{buffer.data(), static_cast<int>(length)});
-                if (startupId) {
-                    wanted = startupId;
-                }
-            }
+        while ((length = recv(channel.get(), buffer.data(), buffer.size(), 0)) >= 0) {
+            wanted = QByteArray{buffer.data(), static_cast<int>(length)};
         }
         if (wanted) {
-            showAtUserRequest(window, *wanted);
+            presentWindow(window, *wanted);
         }
     }
 

@@ -1,51 +1,49 @@
-#include "app/Identity.h"
-#include "app/LibrarySearch.h"
-#include "app/OrderlyFailure.h"
-#include "app/PlainDrawing.h"
-#include "app/ScreenScale.h"
+#include "app/Application.h"
+#include "app/QtEnvironment.h"
 #include "app/SelfTest.h"
-#include "app/SessionEnd.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
-#include "app/Windowless.h"
 #include "ui/MainWindow.h"
 
-#include <QApplication>
 #include <QSettings>
 
 #include <optional>
 
 int main(int argc, char *argv[])
 {
-    app::keepLibrarySearchAtHome();
+    using app::QtEnvironment;
+
+    std::optional<QtEnvironment> environment{std::in_place,
+                                             app::selftest::promisesNoWindow(argc, argv)
+                                                 ? QtEnvironment::Run::WithoutWindow
+                                                 : QtEnvironment::Run::WithWindow};
+
+    // 1. Whether the arguments ask for the translation self-test.
     const bool selfTest = app::selftest::isAskedFor(argc, argv);
+
+    // 2. The one instance: a later start has the first one's window shown. The self-test may run
+    //    beside it.
     app::SingleInstance instance;
     if (!selfTest && !instance.claim()) {
         return 0;
     }
-    if (app::selftest::promisesNoWindow(argc, argv)) {
-        app::allowMissingDisplay();
-    }
 
-    std::optional<app::OrderlyFailure> orderlyFailure{std::in_place};
-    std::optional<app::PlainDrawing> plainDrawing{std::in_place};
-    std::optional<app::ScreenScale> screenScale{std::in_place};
-    QApplication application{argc, argv};
-    screenScale.reset();
-    orderlyFailure.reset();
-    const app::SessionEnd sessionEnd{application};
-    app::setIdentity();
+    // 3. The application object, with its names and version.
+    app::Application application{argc, argv};
+
+    // 4. The self-test, if it has been given a locale; otherwise a normal run without a claim.
     const QStringList arguments = QCoreApplication::arguments();
     if (selfTest && app::selftest::hasLocale(arguments)) {
         return app::selftest::run(application, arguments);
     }
 
-    // Where no file can be written, a choice is kept for as long as one of these lives.
+    // 5. The normal run. Where no file can be written, QSettings keeps a choice for as long as an
+    //    object of it lives.
     const QSettings settings;
     app::installStartupTranslator(application);
     MainWindow window;
     const app::SingleInstance::ShowRequests showRequests{instance, &window};
     window.show();
-    plainDrawing.reset();
+    environment.reset();
     return QApplication::exec();
 }

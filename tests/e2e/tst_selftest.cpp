@@ -1,4 +1,3 @@
-#include "app/Windowless.h"
 #include "tests/support/Contents.h"
 #include "tests/support/ScriptedService.h"
 
@@ -65,8 +64,6 @@ private Q_SLOTS:
     void noDisplay();
     void normalStartStillWantsADisplay_data();
     void normalStartStillWantsADisplay();
-    void platformChoice_data();
-    void platformChoice();
     void manyAtOnce();
 
 private:
@@ -458,43 +455,6 @@ void tst_SelfTest::normalStartStillWantsADisplay()
     service.listen();
     QVERIFY(!(runBeside(service, arguments) == well));
     QCOMPARE(service.accepted(), 0);
-}
-
-void tst_SelfTest::platformChoice_data()
-{
-    QTest::addColumn<QByteArray>("display");
-    QTest::addColumn<QByteArray>("waylandDisplay");
-    QTest::addColumn<QByteArray>("platform");
-    QTest::addColumn<QByteArray>("chosen");
-
-    const auto row = [](const char *name, const char *display, const char *waylandDisplay,
-                        const char *platform, const char *chosen) {
-        QTest::newRow(name) << QByteArray{display} << QByteArray{waylandDisplay}
-                            << QByteArray{platform} << QByteArray{chosen};
-    };
-    row("nothing there", "", "", "", "offscreen");
-    row("X11", ":0", "", "", "");
-    row("Wayland", "", "wayland-0", "", "");
-    row("named", "", "", "minimal", "minimal");
-    row("named beside X11", ":0", "", "vnc", "vnc");
-}
-
-void tst_SelfTest::platformChoice()
-{
-    QFETCH(QByteArray, display);
-    QFETCH(QByteArray, waylandDisplay);
-    QFETCH(QByteArray, platform);
-    const QByteArray former = qgetenv("QT_QPA_PLATFORM");
-    qputenv("DISPLAY", display);
-    qputenv("WAYLAND_DISPLAY", waylandDisplay);
-    qputenv("QT_QPA_PLATFORM", platform);
-    const auto restore = qScopeGuard([&former] {
-        qunsetenv("DISPLAY");
-        qunsetenv("WAYLAND_DISPLAY");
-        qputenv("QT_QPA_PLATFORM", former);
-    });
-    app::allowMissingDisplay();
-    QTEST(qgetenv("QT_QPA_PLATFORM"), "chosen");
 }
 
 void tst_SelfTest::manyAtOnce()

@@ -14,7 +14,7 @@ QByteArray startupIdFromEnvironment();
 /// Shows the window, also out of the minimised state, and brings it to the front with the dialog
 /// that is open over it. On X11 the window manager is told that the user asked for it, and the
 /// launcher that the start is over; the start-up id may be empty. On Wayland the compositor
-/// decides: the toolkit reads no activation token there, so none is passed on.
-void showAtUserRequest(QWidget *window, const QByteArray &startupId);
+/// decides: Qt reads no activation token there, so none is passed on.
+void presentWindow(QWidget *window, const QByteArray &startupId);
 
 } // namespace app

@@ -1,6 +1,5 @@
-#include "app/SessionEnd.h"
+#include "app/Application.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QTest>
 #include <QTimer>
@@ -24,19 +23,17 @@ protected:
 
 } // namespace
 
-class tst_SessionEnd : public QObject
+class tst_Application : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void endsWhatWouldStay();
     void windowsAreNotAskedToSave();
-    void leavesOtherEventsAlone();
 };
 
-void tst_SessionEnd::endsWhatWouldStay()
+void tst_Application::endsWhatWouldStay()
 {
-    const app::SessionEnd sessionEnd{*qApp};
     StubbornWindow window;
     window.show();
     bool givenUp = false;
@@ -54,23 +51,16 @@ void tst_SessionEnd::endsWhatWouldStay()
     QCOMPARE(window.asked, 0);
 }
 
-void tst_SessionEnd::windowsAreNotAskedToSave()
+void tst_Application::windowsAreNotAskedToSave()
 {
-    QGuiApplication::setFallbackSessionManagementEnabled(true);
-    const app::SessionEnd sessionEnd{*qApp};
     QVERIFY(!QGuiApplication::isFallbackSessionManagementEnabled());
 }
 
-void tst_SessionEnd::leavesOtherEventsAlone()
+int main(int argc, char *argv[])
 {
-    app::SessionEnd sessionEnd{*qApp};
-    QEvent order{QEvent::Quit};
-    QEvent other{QEvent::LanguageChange};
-    QWidget window;
-    QVERIFY(!sessionEnd.eventFilter(&window, &order));
-    QVERIFY(!sessionEnd.eventFilter(qApp, &other));
+    app::Application application{argc, argv};
+    tst_Application test;
+    return QTest::qExec(&test, argc, argv);
 }
 
-QTEST_MAIN(tst_SessionEnd)
-
-#include "tst_sessionend.moc"
+#include "tst_application.moc"

@@ -1,4 +1,4 @@
-#include "app/LibrarySearch.h"
+#include "app/QtEnvironment.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -37,11 +37,14 @@ QString ownFolder()
 
 } // namespace
 
-void keepLibrarySearchAtHome()
+void QtEnvironment::prepare(Run /*run*/)
 {
     keepSystemSearchAtHome();
     qunsetenv("QT_QPA_PLATFORM_PLUGIN_PATH");
     QCoreApplication::setLibraryPaths({ownFolder()});
+
+    setDefault("QT_ENABLE_HIGHDPI_SCALING", QByteArrayLiteral("1"));
+    setDefault("QT_SCALE_FACTOR_ROUNDING_POLICY", QByteArrayLiteral("PassThrough"));
 }
 
 } // namespace app

@@ -1,7 +1,0 @@
-#include "app/ScreenScale.h"
-
-namespace app {
-
-ScreenScale::ScreenScale() = default;
-
-} // namespace app
