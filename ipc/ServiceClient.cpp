@@ -8,9 +8,9 @@
 #include <QNetworkProxy>
 #include <QSignalBlocker>
 #include <QTcpSocket>
-#include <QTimer>
 
 #include <chrono>
+#include <utility>
 
 namespace ipc {
 
@@ -19,7 +19,7 @@ namespace {
 constexpr std::chrono::milliseconds reconnectDelay{1500};
 
 // A flood of lines gives way to painting and clicks this often.
-constexpr qint64 readingSliceMs = 8;
+constexpr qint64 reportingSliceMs = 8;
 
 } // namespace
 
@@ -34,25 +34,24 @@ ServiceClient::ServiceClient(QObject *parent)
     connect(socket, &QTcpSocket::readyRead, this, &ServiceClient::onReadyRead);
     connect(socket, &QTcpSocket::connected, this, &ServiceClient::onConnected);
     connect(socket, &QTcpSocket::disconnected, this, &ServiceClient::onDisconnected);
+
+    reconnection.setSingleShot(true);
+    reconnection.setTimerType(Qt::PreciseTimer);
+    reconnection.setInterval(reconnectDelay);
+    connect(&reconnection, &QTimer::timeout, this, &ServiceClient::connectToService);
     connect(socket, &QTcpSocket::errorOccurred, this, [this] { scheduleReconnect(); });
 
-    // readyRead() is held back while its own slot has not returned, for example because a dialog
-    // runs in it; this signal is not.
-    connect(socket, &QTcpSocket::channelReadyRead, this, [this] {
-        if (!readingScheduled) {
-            onReadyRead();
-        }
-    });
+    reporting.setSingleShot(true);
+    reporting.setInterval(0);
+    connect(&reporting, &QTimer::timeout, this, &ServiceClient::report);
 }
 
 void ServiceClient::connectToService()
 {
-    if (socket->state() != QAbstractSocket::UnconnectedState) {
-        return;
+    if (socket->state() == QAbstractSocket::UnconnectedState) {
+        socket->connectToHost(QString{protocol::serviceHost}, protocol::servicePort,
+                              QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
     }
-    ++attempts;
-    socket->connectToHost(QString{protocol::serviceHost}, protocol::servicePort,
-                          QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
 }
 
 void ServiceClient::send(const QString &cmd)
@@ -73,25 +72,8 @@ void ServiceClient::send(const QString &cmd, const QJsonObject &args)
 
 void ServiceClient::onReadyRead()
 {
-    QElapsedTimer slice;
-    slice.start();
-    moreFollows = socket->canReadLine();
-    while (moreFollows && socket->canReadLine()) {
-        const QByteArray line = socket->readLine();
-        // With its length: a line does not end at a zero byte.
-        const QString text = QString::fromUtf8(line.constData(), line.size()).trimmed();
-        const bool another = socket->canReadLine();
-        // A receiver that runs an event loop must not hold back what is known already.
-        if (another || lossToReport) {
-            scheduleReading();
-        }
-        moreFollows = another && !slice.hasExpired(readingSliceMs);
-        Q_EMIT messageReceived(text);
-    }
-    moreFollows = false;
-    if (lossToReport && !socket->canReadLine()) {
-        lossToReport = false;
-        Q_EMIT connectionChanged(false);
+    while (socket->canReadLine()) {
+        record({Event::Kind::Line, socket->readLine()});
     }
 }
 
@@ -110,54 +92,51 @@ void ServiceClient::onConnected()
     // Short commands sent one after another leave together instead of waiting for the
     // acknowledgement of the first.
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    Q_EMIT connectionChanged(true);
+    record({Event::Kind::Up, {}});
 }
 
 void ServiceClient::onDisconnected()
 {
-    // Lines that wait for their slice still belong to this connection: they precede its loss, and
-    // the next attempt would discard them.
-    lossToReport = true;
+    onReadyRead();
+    record({Event::Kind::Down, {}});
     scheduleReconnect();
-    // When its signal returns, the socket goes on to end this connection. If a dialog ran in the
-    // signal, that would meanwhile be the next one.
-    if (socket->canReadLine()) {
-        scheduleReading();
-    } else {
-        onReadyRead();
-    }
 }
 
 void ServiceClient::scheduleReconnect()
 {
-    // A loss is reported twice, as an error and as a disconnect, and arms two timers. The second
-    // must not begin an attempt when the first one's has failed already, or each loss would
-    // raise the pace.
-    QTimer::singleShot(reconnectDelay, this, [this, lost = attempts] {
-        if (attempts != lost) {
-            return;
-        }
-        if (lossToReport) {
-            scheduleReconnect();
-        } else {
-            connectToService();
-        }
-    });
+    // A loss is reported twice, as an error and as a disconnect; one timer makes one attempt.
+    reconnection.start();
 }
 
-void ServiceClient::scheduleReading()
+void ServiceClient::record(Event event)
 {
-    if (readingScheduled) {
-        return;
-    }
-    readingScheduled = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            readingScheduled = false;
-            onReadyRead();
-        },
-        Qt::QueuedConnection);
+    events.push_back(std::move(event));
+    reporting.start();
+}
+
+void ServiceClient::report()
+{
+    QElapsedTimer slice;
+    slice.start();
+    do {
+        const Event event = std::move(events.front());
+        events.pop_front();
+        if (events.empty()) {
+            reporting.stop();
+        } else {
+            reporting.start();
+        }
+        moreFollows = !events.empty() && events.front().kind == Event::Kind::Line &&
+                      !slice.hasExpired(reportingSliceMs);
+        if (event.kind == Event::Kind::Line) {
+            // With its length: a line does not end at a zero byte.
+            Q_EMIT messageReceived(
+                QString::fromUtf8(event.line.constData(), event.line.size()).trimmed());
+        } else {
+            Q_EMIT connectionChanged(event.kind == Event::Kind::Up);
+        }
+    } while (moreFollows && !events.empty());
+    moreFollows = false;
 }
 
 } // namespace ipc

@@ -3,12 +3,15 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
+#include <QTimer>
+
+#include <deque>
 
 class QTcpSocket;
 
 namespace ipc {
 
-/// The one link to the background service: a TCP connection on the loopback interface that is
+/// The one connection to the background service: a TCP connection on the loopback interface that is
 /// made again for ever, commands out, text lines in. A connection to itself is none.
 ///
 /// It does not know what commands and lines mean (see Protocol.h), keeps no queue of commands
@@ -24,8 +27,7 @@ public:
     explicit ServiceClient(QObject *parent);
 
     /// Begins an attempt unless one is under way or the connection stands. To be called once;
-    /// from then on the client comes back by itself, 1500 ms after each loss or refusal, or as much
-    /// later again while lines from before the loss are still being reported.
+    /// from then on the client comes back by itself, 1500 ms after each loss or refusal.
     void connectToService();
 
     void send(const QString &cmd);
@@ -54,13 +56,23 @@ private Q_SLOTS:
     void onDisconnected();
 
 private:
+    /// What has happened to the connection, in its order.
+    struct Event
+    {
+        enum class Kind { Up, Line, Down };
+        Kind kind;
+        QByteArray line;
+    };
+
     void scheduleReconnect();
-    void scheduleReading();
+    void record(Event event);
+    /// From the event loop only, so that a receiver may run one of its own.
+    void report();
 
     QTcpSocket *socket;
-    quint64 attempts = 0;
-    bool readingScheduled = false;
-    bool lossToReport = false;
+    QTimer reconnection;
+    QTimer reporting;
+    std::deque<Event> events;
     bool moreFollows = false;
 };
 
