@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <memory>
 #include <utility>
 
 using support::askStatus;
@@ -81,7 +82,10 @@ class tst_Pages : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
+    void cleanup();
+    void cleanupTestCase();
 
     void language_data();
     void language();
@@ -104,8 +108,25 @@ private Q_SLOTS:
     void supportLink();
 
 private:
+    std::unique_ptr<ClientSession> desktop;
     QList<QImage> english;
 };
+
+void tst_Pages::initTestCase()
+{
+    desktop = std::make_unique<ClientSession>();
+}
+
+void tst_Pages::cleanup()
+{
+    desktop->stopAll();
+    desktop->service.stop();
+}
+
+void tst_Pages::cleanupTestCase()
+{
+    desktop.reset();
+}
 
 void tst_Pages::init()
 {
@@ -119,8 +140,6 @@ void tst_Pages::language_data()
     QTest::addColumn<int>("row");
     QTest::newRow("Russian") << QByteArrayLiteral("ru") << 1;
     QTest::newRow("Brazilian Portuguese") << QByteArrayLiteral("br") << 7;
-    // Not one with other letters than the caption's, which would be of another height.
-    QTest::newRow("Czech") << QByteArrayLiteral("cs") << 13;
 }
 
 // A window that was switched looks like one that was started so, wherever one goes in it.
@@ -128,7 +147,7 @@ void tst_Pages::language()
 {
     QFETCH(QByteArray, tag);
     QFETCH(int, row);
-    ClientSession session;
+    ClientSession &session = *desktop;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     if (english.isEmpty()) {
@@ -154,7 +173,7 @@ void tst_Pages::language()
 
 void tst_Pages::languageTwice()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     for (const auto &[row, tag] : {std::pair{1, "ru"}, std::pair{2, "de"}}) {
@@ -171,7 +190,7 @@ void tst_Pages::languageTwice()
 
 void tst_Pages::languageByMouse()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     QVERIFY(session.openPage(ClientSession::settingsRow));
@@ -189,7 +208,7 @@ void tst_Pages::languageByMouse()
 
 void tst_Pages::languageSurvivesKill()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     QVERIFY(session.openPage(ClientSession::settingsRow));
@@ -202,7 +221,7 @@ void tst_Pages::languageSurvivesKill()
 
 void tst_Pages::languageWithoutLink()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     QVERIFY(session.startClient());
     QVERIFY(session.openPage(ClientSession::settingsRow));
     session.chooseLanguage(3);
@@ -241,7 +260,7 @@ void tst_Pages::toolTipFollowsLanguage()
 
 void tst_Pages::referralWithLink()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     session.service.clear();
@@ -256,7 +275,7 @@ void tst_Pages::referralWithLink()
 
 void tst_Pages::referralWithoutLink()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     QVERIFY(session.startClient());
     const Window dialog = session.openReferral();
     QVERIFY(dialog != 0);
@@ -272,7 +291,7 @@ void tst_Pages::referralWithoutLink()
 
 void tst_Pages::referralSurvivesKill()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     QVERIFY(session.openReferral() != 0);
@@ -286,7 +305,7 @@ void tst_Pages::referralSurvivesKill()
 
 void tst_Pages::invalidReferral()
 {
-    ClientSession session;
+    ClientSession &session = *desktop;
     session.service.listen();
     QVERIFY(session.startLinkedClient());
     session.service.clear();
@@ -321,7 +340,7 @@ void tst_Pages::supportRows()
     QFETCH(QByteArray, ofClient);
     StoredSettings::ofService().fill(ofService);
     StoredSettings::ofClient().fill(ofClient);
-    ClientSession session;
+    ClientSession &session = *desktop;
     QVERIFY(session.startClient());
     QVERIFY(session.openPage(ClientSession::supportRow));
     QTEST(copyButtons(session.still(session.window)).size(), "rows");
@@ -333,7 +352,7 @@ void tst_Pages::supportCopies()
     const QByteArray id = QByteArrayLiteral("0f8fad5b-d9cb-469f-a165-70867728950e");
     StoredSettings::ofService().fill("client_id=" + id + '\n');
     StoredSettings::ofClient().fill("referral_code=ABC123\n");
-    ClientSession session;
+    ClientSession &session = *desktop;
     QVERIFY(session.startClient());
     QVERIFY(session.openPage(ClientSession::supportRow));
     const QList<QPoint> buttons = copyButtons(session.still(session.window));
@@ -352,7 +371,7 @@ void tst_Pages::supportCopies()
 void tst_Pages::supportCopiesByKeyboard()
 {
     StoredSettings::ofService().fill("client_id=some-id\n");
-    ClientSession session;
+    ClientSession &session = *desktop;
     QVERIFY(session.startClient());
     QVERIFY(session.openPage(ClientSession::supportRow));
     session.pressKey(QStringLiteral("Tab"));
@@ -376,7 +395,7 @@ void tst_Pages::supportLink_data()
 void tst_Pages::supportLink()
 {
     QFETCH(bool, byKeyboard);
-    const QString folder = QStringLiteral("/tmp/stand-in");
+    const QString folder = QDir::homePath() + QStringLiteral("/stand-in");
     const QString record = folder + QStringLiteral("/opened");
     const QString inherited = folder + QStringLiteral("/inherited");
     QDir::root().mkpath(folder);

@@ -2,6 +2,7 @@
 #include "tests/support/Contents.h"
 #include "tests/support/Desktop.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -9,23 +10,27 @@
 
 #include <algorithm>
 #include <csignal>
+#include <map>
 #include <memory>
 #include <vector>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using support::clientProgram;
 using support::clientTitle;
 using support::Desktop;
+using support::Programs;
 using support::waitFor;
 using WindowManager = Desktop::WindowManager;
 
 namespace {
 
-constexpr int rounds = 50;
+constexpr int rounds = 5;
 constexpr int startsPerRound = 20;
 constexpr quint16 servicePort = 47652;
 
@@ -54,10 +59,30 @@ bool isRunning(const QProcess &process)
     return process.state() == QProcess::Running;
 }
 
-void kill(QProcess &process)
+// Where the first client has its lock and hears of others: no variable moves it.
+QByteArray place()
 {
-    process.kill();
-    process.waitForFinished(-1);
+    const QByteArray user = QByteArray::number(geteuid());
+    const QByteArray login = "/run/user/" + user;
+    return access(login.constData(), W_OK) == 0 ? login + "/ixovpn" : "/tmp/ixovpn-" + user;
+}
+
+// As many requests as the system keeps for somebody who does not read.
+int fillChannel()
+{
+    const int channel = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray path = place() + "/show";
+    std::copy(path.begin(), path.end(), address.sun_path);
+    int sent = 0;
+    while (sendto(channel, "show\n\n", 6, 0, reinterpret_cast<const sockaddr *>(&address),
+                  sizeof address) == 6) {
+        ++sent;
+    }
+    const bool full = errno == EAGAIN;
+    close(channel);
+    return full ? sent : 0;
 }
 
 void addWindowManagers()
@@ -69,7 +94,10 @@ void addWindowManagers()
 
 int exitCode(QProcess &process)
 {
-    process.waitForFinished(-1);
+    if (!waitFor([&process] { return !isRunning(process); })) {
+        process.kill();
+        process.waitForFinished(-1);
+    }
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
@@ -84,6 +112,8 @@ class tst_SecondStart : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup();
+
     void manyStartsAtOnceLeaveOne();
     void startAfterKill();
     void startAfterOrderlyEnd();
@@ -112,7 +142,49 @@ private Q_SLOTS:
 
 private:
     static bool takesTheService(QTcpServer &service);
+    /// The first client, when its link is up; null if that does not come.
+    QProcess *startFirst(QTcpServer &service,
+                         const QProcessEnvironment &environment = withoutDisplay());
+    /// Without a chance to put anything in order.
+    void kill(QProcess *first);
+    /// With nothing on it.
+    Desktop &desktopOf(WindowManager manager);
+
+    Programs programs;
+    std::map<WindowManager, std::unique_ptr<Desktop>> desktops;
 };
+
+void tst_SecondStart::cleanup()
+{
+    programs.stopFrom(0);
+    for (const auto &each : desktops) {
+        each.second->stopAll();
+    }
+}
+
+Desktop &tst_SecondStart::desktopOf(WindowManager manager)
+{
+    std::unique_ptr<Desktop> &desktop = desktops[manager];
+    if (desktop == nullptr) {
+        desktop = std::make_unique<Desktop>(manager);
+    }
+    return *desktop;
+}
+
+QProcess *tst_SecondStart::startFirst(QTcpServer &service, const QProcessEnvironment &environment)
+{
+    programs.environment = environment;
+    QProcess *const first = programs.start(clientProgram());
+    const bool linked = waitFor([&service] { return service.hasPendingConnections(); });
+    return linked ? first : nullptr;
+}
+
+void tst_SecondStart::kill(QProcess *first)
+{
+    first->kill();
+    first->waitForFinished(-1);
+    programs.stop(first);
+}
 
 // The link comes up only from an interactive client, and begins with its window.
 bool tst_SecondStart::takesTheService(QTcpServer &service)
@@ -140,7 +212,8 @@ void tst_SecondStart::manyStartsAtOnceLeaveOne()
             }
         }
         for (const auto &process : starts) {
-            kill(*process);
+            process->kill();
+            process->waitForFinished(-1);
         }
     }
 }
@@ -149,19 +222,19 @@ void tst_SecondStart::startAfterKill()
 {
     QTcpServer service;
     QVERIFY(takesTheService(service));
-    for (int i = 0; i < 10; ++i) {
-        const auto first = startClient(withoutDisplay());
-        QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    for (int i = 0; i < 3; ++i) {
+        QProcess *const first = startFirst(service);
+        QVERIFY(first != nullptr);
         delete service.nextPendingConnection();
         QCOMPARE(exitCode(*startClient(withoutDisplay())), 0);
         QVERIFY(isRunning(*first));
-        kill(*first);
+        kill(first);
     }
 }
 
 void tst_SecondStart::startAfterOrderlyEnd()
 {
-    Desktop desktop;
+    Desktop &desktop = desktopOf(WindowManager::Openbox);
     for (int i = 0; i < 3; ++i) {
         QProcess *const first = desktop.start(clientProgram());
         QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
@@ -174,40 +247,27 @@ void tst_SecondStart::startAfterOrderlyEnd()
 void tst_SecondStart::firstStillStarting()
 {
     // The place is held, but there is nobody yet to hear a request.
-    const QByteArray folder = "/run/user/" + QByteArray::number(geteuid()) + "/ixovpn";
+    const QByteArray folder = place();
     mkdir(folder.constData(), 0700);
-    const int place = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    QCOMPARE(flock(place, LOCK_EX | LOCK_NB), 0);
+    const int held = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    QCOMPARE(flock(held, LOCK_EX | LOCK_NB), 0);
 
     QCOMPARE(exitCode(*startClient(withoutDisplay())), 0);
-    close(place);
+    close(held);
 }
 
 void tst_SecondStart::firstHangs()
 {
     QTcpServer service;
     QVERIFY(takesTheService(service));
-    const auto first = startClient(withoutDisplay());
-    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
-    const pid_t hung = static_cast<pid_t>(first->processId());
+    QProcess *const first = startFirst(service);
+    QVERIFY(first != nullptr);
+    const auto hung = static_cast<pid_t>(first->processId());
     ::kill(hung, SIGSTOP);
-
-    // More than any queue between the two would hold.
-    constexpr int manyStarts = 600;
-    constexpr int atOnce = 20;
-    for (int i = 0; i < manyStarts; i += atOnce) {
-        std::vector<std::unique_ptr<QProcess>> later;
-        later.reserve(atOnce);
-        for (int j = 0; j < atOnce; ++j) {
-            later.push_back(startClient(withoutDisplay()));
-        }
-        for (const auto &process : later) {
-            QCOMPARE(exitCode(*process), 0);
-        }
-    }
+    QVERIFY(fillChannel() > 0);
+    QCOMPARE(exitCode(*startClient(withoutDisplay())), 0);
     ::kill(hung, SIGCONT);
     QVERIFY(isRunning(*first));
-    kill(*first);
 }
 
 void tst_SecondStart::environmentDoesNotMatter_data()
@@ -241,30 +301,32 @@ void tst_SecondStart::environmentDoesNotMatter()
     QTcpServer service;
     QVERIFY(takesTheService(service));
     for (const bool otherIsFirst : {true, false}) {
-        const auto first = startClient(otherIsFirst ? other : withoutDisplay());
-        QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+        QProcess *const first = startFirst(service, otherIsFirst ? other : withoutDisplay());
+        QVERIFY(first != nullptr);
         delete service.nextPendingConnection();
         QCOMPARE(exitCode(*startClient(otherIsFirst ? withoutDisplay() : other)), 0);
         QVERIFY(isRunning(*first));
-        kill(*first);
+        kill(first);
     }
 }
 
 void tst_SecondStart::noPlaceToHold()
 {
+    if (!support::ownsItsWorld()) {
+        QSKIP("Without file systems of its own it cannot take the place away");
+    }
     QTcpServer service;
     QVERIFY(takesTheService(service));
-    QProcess client;
-    client.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    client.setProcessEnvironment(withoutDisplay());
-    client.start(QStringLiteral("unshare"),
-                 {QStringLiteral("--mount"), QStringLiteral("sh"), QStringLiteral("-ec"),
-                  QStringLiteral("mount -t tmpfs -o ro none /run; mount --bind /proc /tmp; "
-                                 "exec \"$0\""),
-                  clientProgram()});
+    programs.environment = withoutDisplay();
+    const QProcess *const client = programs.start(
+        QStringLiteral("unshare"),
+        {QStringLiteral("--mount"), QStringLiteral("sh"), QStringLiteral("-ec"),
+         // What lies below must stay: perhaps the program itself.
+         QStringLiteral("mount -t tmpfs -o ro none /run; mount --rbind /tmp /tmp; "
+                        "mount -o remount,bind,ro /tmp; ! mkdir /tmp/any 2>&-; exec \"$0\""),
+         clientProgram()});
     QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
-    QVERIFY(isRunning(client));
-    kill(client);
+    QVERIFY(isRunning(*client));
 }
 
 void tst_SecondStart::noDisplay()
@@ -294,15 +356,15 @@ void tst_SecondStart::unreadableSettings()
 {
     QFETCH(QString, make);
     const QString script = QStringLiteral("mkdir -p \"$(dirname \"$1\")\" && rm -rf \"$1\" && ");
-    const QString file = QStringLiteral("/tmp/home/.config/IXOVPN/IxoClient.conf");
+    const QString file = QDir::homePath() + QStringLiteral("/.config/IXOVPN/IxoClient.conf");
     QCOMPARE(QProcess::execute(QStringLiteral("sh"),
                                {QStringLiteral("-c"), script + make, QStringLiteral("sh"), file}),
              0);
     const QByteArray before = support::contents(file);
     QTcpServer service;
     QVERIFY(takesTheService(service));
-    const auto client = startClient(withoutDisplay());
-    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    const QProcess *const client = startFirst(service);
+    QVERIFY(client != nullptr);
     QTcpSocket *const link = service.nextPendingConnection();
     QByteArray said;
     QVERIFY(waitFor([&] {
@@ -311,7 +373,6 @@ void tst_SecondStart::unreadableSettings()
     }));
     QVERIFY(isRunning(*client));
     QCOMPARE(support::contents(file), before);
-    kill(*client);
     QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), file});
 }
 
@@ -319,11 +380,11 @@ void tst_SecondStart::selfTestOptionAsLastArgumentSkipsTheCheck()
 {
     QTcpServer service;
     QVERIFY(takesTheService(service));
-    const auto first = startClient(withoutDisplay());
-    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
+    const QProcess *const first = startFirst(service);
+    QVERIFY(first != nullptr);
     delete service.nextPendingConnection();
 
-    const auto second = startClient(withoutDisplay(), {QStringLiteral("--test-i18n")});
+    const QProcess *const second = programs.start(clientProgram(), {QStringLiteral("--test-i18n")});
     // The first one makes its link again, too; both are there once two links are up.
     std::vector<std::unique_ptr<QTcpSocket>> links;
     QVERIFY(waitFor([&] {
@@ -334,8 +395,6 @@ void tst_SecondStart::selfTestOptionAsLastArgumentSkipsTheCheck()
     }));
     QVERIFY(isRunning(*first));
     QVERIFY(isRunning(*second));
-    kill(*second);
-    kill(*first);
 }
 
 void tst_SecondStart::otherArgumentsDoNotSkipTheCheck_data()
@@ -353,11 +412,8 @@ void tst_SecondStart::otherArgumentsDoNotSkipTheCheck()
     QFETCH(QString, argument);
     QTcpServer service;
     QVERIFY(takesTheService(service));
-    const auto first = startClient(withoutDisplay());
-    QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
-
+    QVERIFY(startFirst(service) != nullptr);
     QCOMPARE(exitCode(*startClient(withoutDisplay(), {argument, QStringLiteral("de_DE")})), 0);
-    kill(*first);
 }
 
 void tst_SecondStart::bringsBackAMinimisedWindow_data()
@@ -368,7 +424,7 @@ void tst_SecondStart::bringsBackAMinimisedWindow_data()
 void tst_SecondStart::bringsBackAMinimisedWindow()
 {
     QFETCH(WindowManager, manager);
-    Desktop desktop{manager};
+    Desktop &desktop = desktopOf(manager);
     desktop.start(clientProgram());
     QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
     const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
@@ -388,7 +444,7 @@ void tst_SecondStart::bringsBackAHiddenWindow_data()
 void tst_SecondStart::bringsBackAHiddenWindow()
 {
     QFETCH(WindowManager, manager);
-    Desktop desktop{manager};
+    Desktop &desktop = desktopOf(manager);
     desktop.start(QStringLiteral("trayer"));
     QVERIFY(waitFor([&] { return !desktop.windows(QStringLiteral("panel")).isEmpty(); }));
     QProcess *const first = desktop.start(clientProgram());
@@ -412,7 +468,7 @@ void tst_SecondStart::bringsTheWindowToTheFront_data()
 void tst_SecondStart::bringsTheWindowToTheFront()
 {
     QFETCH(WindowManager, manager);
-    Desktop desktop{manager};
+    Desktop &desktop = desktopOf(manager);
     desktop.start(clientProgram());
     QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
     const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
@@ -436,7 +492,7 @@ void tst_SecondStart::bringsTheDialogToTheFront()
     QTcpServer service;
     QVERIFY(takesTheService(service));
     QFETCH(WindowManager, manager);
-    Desktop desktop{manager};
+    Desktop &desktop = desktopOf(manager);
     desktop.start(clientProgram());
     QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
     QTcpSocket *const link = service.nextPendingConnection();
@@ -456,7 +512,7 @@ void tst_SecondStart::bringsTheDialogToTheFront()
 
 void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
 {
-    Desktop desktop;
+    Desktop &desktop = desktopOf(WindowManager::Openbox);
     desktop.start(clientProgram());
     QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
     QProcess *const watcher =
@@ -484,11 +540,12 @@ void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
         waitFor([&] { return sees("(_NET_STARTUP_INFO)") && seen.count("_STARTUP_INFO") == 3; }));
     QVERIFY(waitFor(
         [&] { return desktop.activeWindow() == desktop.visibleWindows(clientTitle()).value(0); }));
+    desktop.setVariable(QStringLiteral("DESKTOP_STARTUP_ID"), {});
 }
 
 void tst_SecondStart::secondStartMakesNoWindow()
 {
-    Desktop desktop;
+    Desktop &desktop = desktopOf(WindowManager::Openbox);
     QProcess *const first = desktop.start(clientProgram());
     QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).size() == 1; }));
     const int before = desktop.windows(clientTitle()).size();

@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <map>
 #include <memory>
 
 using support::clientProgram;
@@ -29,29 +30,40 @@ enum class Host {
 // Both hosts are told to lie here.
 constexpr QRect trayArea{0, 0, 380, 40};
 
-/// A desktop with a tray and the client, both up.
+/// A desktop with a tray.
 class TrayDesktop : public Desktop
 {
 public:
     explicit TrayDesktop(Host host)
     {
-        service.listen();
         if (host == Host::XEmbed) {
             start(QStringLiteral("trayer"),
                   {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
                    QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
                    QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
                    QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
-            up = waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+            trayIsUp = waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
         } else {
             panel = std::make_unique<StatusPanel>(*this);
-            up = panel->isUp();
+            trayIsUp = panel->isUp();
         }
+        keepAll();
+    }
+
+    /// Starts the client and waits until it is linked and has its icon.
+    void startClient()
+    {
+        service.listen();
+        // Another one's is still there.
+        const auto isEmpty = [this] {
+            return support::orange(screenshot().copy(trayArea)).isNull();
+        };
+        up = trayIsUp && waitFor(isEmpty);
         client = start(clientProgram());
         up = up && waitFor([this] {
-                 return visibleWindows(clientTitle()).size() == 1 && service.connected() == 1 &&
-                        !icon().isNull();
-             });
+                 return visibleWindows(clientTitle()).size() == 1 && service.connected() == 1;
+             }) &&
+             !icon().isNull();
         if (up) {
             window = visibleWindows(clientTitle()).first();
         }
@@ -79,6 +91,8 @@ public:
         return found.size() == 1 ? found.first() : 0;
     }
 
+    bool trayIsUp = false;
+    /// The tray and the client are there.
     bool up = false;
     ScriptedService service;
     std::unique_ptr<StatusPanel> panel;
@@ -102,6 +116,8 @@ class tst_Tray : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup();
+
     void toolTipOverBus();
     void toolTipUnderMouse();
     void clickBringsWindowBack_data();
@@ -120,7 +136,29 @@ private Q_SLOTS:
 
 private:
     static void verifyQuietEnd(QProcess *client);
+    /// With a client that has just been started.
+    TrayDesktop &desktopOf(Host host);
+
+    std::map<Host, std::unique_ptr<TrayDesktop>> desktops;
 };
+
+void tst_Tray::cleanup()
+{
+    for (const auto &each : desktops) {
+        each.second->stopAll();
+        each.second->service.stop();
+    }
+}
+
+TrayDesktop &tst_Tray::desktopOf(Host host)
+{
+    std::unique_ptr<TrayDesktop> &desktop = desktops[host];
+    if (desktop == nullptr) {
+        desktop = std::make_unique<TrayDesktop>(host);
+    }
+    desktop->startClient();
+    return *desktop;
+}
 
 void tst_Tray::verifyQuietEnd(QProcess *client)
 {
@@ -141,7 +179,7 @@ void tst_Tray::verifyQuietEnd(QProcess *client)
 
 void tst_Tray::toolTipOverBus()
 {
-    TrayDesktop desktop{Host::StatusNotifier};
+    TrayDesktop &desktop = desktopOf(Host::StatusNotifier);
     QVERIFY(desktop.up);
     const auto shows = [&desktop](const char16_t *text) {
         const QString expected = QString::fromUtf16(text);
@@ -161,7 +199,7 @@ void tst_Tray::toolTipOverBus()
 // The text cannot be read there, but each has its own picture.
 void tst_Tray::toolTipUnderMouse()
 {
-    TrayDesktop desktop{Host::XEmbed};
+    TrayDesktop &desktop = desktopOf(Host::XEmbed);
     QVERIFY(desktop.up);
     const auto picture = [&desktop] {
         Desktop::Window tip = 0;
@@ -209,7 +247,7 @@ void tst_Tray::clickBringsWindowBack()
     QFETCH(Host, host);
     QFETCH(bool, minimised);
     QFETCH(bool, twice);
-    TrayDesktop desktop{host};
+    TrayDesktop &desktop = desktopOf(host);
     QVERIFY(desktop.up);
     if (minimised) {
         desktop.minimise(desktop.window);
@@ -238,7 +276,7 @@ void tst_Tray::clickBringsWindowToFront_data()
 void tst_Tray::clickBringsWindowToFront()
 {
     QFETCH(Host, host);
-    TrayDesktop desktop{host};
+    TrayDesktop &desktop = desktopOf(host);
     QVERIFY(desktop.up);
     const QRect place = desktop.geometry(desktop.window);
     desktop.start(QStringLiteral("xev"), {QStringLiteral("-geometry"), QStringLiteral("%1x%2+%3+%4")
@@ -265,7 +303,7 @@ void tst_Tray::otherButtonsDoNot_data()
 void tst_Tray::otherButtonsDoNot()
 {
     QFETCH(Host, host);
-    TrayDesktop desktop{host};
+    TrayDesktop &desktop = desktopOf(host);
     QVERIFY(desktop.up);
     desktop.close(desktop.window);
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
@@ -278,7 +316,7 @@ void tst_Tray::otherButtonsDoNot()
 
 void tst_Tray::menuOverBus()
 {
-    TrayDesktop desktop{Host::StatusNotifier};
+    TrayDesktop &desktop = desktopOf(Host::StatusNotifier);
     QVERIFY(desktop.up);
     const QList<StatusPanel::MenuEntry> entries = desktop.panel->menu();
     QCOMPARE(entries.size(), 3);
@@ -303,7 +341,7 @@ void tst_Tray::menuUnderMouse_data()
 void tst_Tray::menuUnderMouse()
 {
     QFETCH(Host, host);
-    TrayDesktop desktop{host};
+    TrayDesktop &desktop = desktopOf(host);
     QVERIFY(desktop.up);
     desktop.close(desktop.window);
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
@@ -334,7 +372,7 @@ void tst_Tray::noticesOverHiddenWindow_data()
 void tst_Tray::noticesOverHiddenWindow()
 {
     QFETCH(Host, host);
-    TrayDesktop desktop{host};
+    TrayDesktop &desktop = desktopOf(host);
     QVERIFY(desktop.up);
     desktop.close(desktop.window);
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));

@@ -20,6 +20,7 @@ class tst_Wayland : public QObject
 
 private Q_SLOTS:
     void initTestCase_data();
+    void initTestCase();
 
     void windowIsShownWhole();
     void closeWithoutTray();
@@ -38,6 +39,13 @@ void tst_Wayland::initTestCase_data()
     QTest::addColumn<QString>("shell");
     QTest::newRow("Wayland") << QStringLiteral("wayland") << QStringLiteral("xdg_shell");
     QTest::newRow("X11") << QStringLiteral("xcb") << QStringLiteral("xwayland");
+}
+
+void tst_Wayland::initTestCase()
+{
+    if (!Sway::isPossible()) {
+        QSKIP("sway refuses to run as root, and no user namespace can be had");
+    }
 }
 
 QProcess *tst_Wayland::startClient(Sway &sway)

@@ -1,6 +1,9 @@
 #include "tests/support/ClientSession.h"
 
 #include "tests/support/Client.h"
+#include "tests/support/Contents.h"
+
+#include <QElapsedTimer>
 
 #include <algorithm>
 
@@ -11,6 +14,9 @@ namespace {
 constexpr QPoint menuButton{48, 34};
 // Outside every window.
 constexpr QPoint aside{1270, 1010};
+
+// More than from one step of an animation to the next.
+constexpr int betweenPicturesMs = 25;
 
 } // namespace
 
@@ -34,10 +40,7 @@ bool ClientSession::startClient()
     service.clear();
     client = start(program);
     if (!waitFor([this] { return visibleWindows(clientTitle()).size() == 1; })) {
-        qWarning("Windows of the program: %d; it %s, and says: %s",
-                 visibleWindows(clientTitle()).size(),
-                 client->state() == QProcess::Running ? "is running" : "has ended",
-                 client->readAllStandardError().constData());
+        qWarning("Windows of the program: %d", visibleWindows(clientTitle()).size());
         return false;
     }
     window = visibleWindows(clientTitle()).first();
@@ -71,6 +74,8 @@ bool ClientSession::use(const QPoint &point)
     moveMouse(aside);
     const QImage before = still(window);
     click(at(point));
+    // Away at once, the pointer would leave its light on what appears beneath it.
+    still(window);
     moveMouse(aside);
     return changesFrom(before);
 }
@@ -92,8 +97,12 @@ Desktop::Window ClientSession::openReferral()
     }
     click(at(referralRow));
     moveMouse(aside);
-    const bool came = waitFor([this] { return activeWindow() != 0 && activeWindow() != window; });
-    return came ? activeWindow() : 0;
+    Window dialog = 0;
+    const bool came = waitFor([this, &dialog] {
+        dialog = activeWindow();
+        return dialog != 0 && dialog != window;
+    });
+    return came ? dialog : 0;
 }
 
 bool ClientSession::closeDialog(Window dialog)
@@ -121,10 +130,21 @@ void ClientSession::chooseLanguage(int row)
 QImage ClientSession::still(Window which) const
 {
     QImage last;
+    QByteArray lastTurn;
+    QElapsedTimer since;
     waitFor([&] {
+        if (since.isValid() && !since.hasExpired(betweenPicturesMs)) {
+            return false;
+        }
+        since.start();
+        // Where the machine is busy, a program that moves something may wait long for its turn.
+        const QString process = QStringLiteral("/proc/%1/").arg(client->processId());
+        const QByteArray turn = contents(process + QStringLiteral("schedstat"));
+        const bool sleeps = contents(process + QStringLiteral("stat")).contains(") S ");
         QImage picture = screenshot(which);
-        const bool same = picture == last;
+        const bool same = sleeps && turn == lastTurn && picture == last;
         last = std::move(picture);
+        lastTurn = turn;
         return same;
     });
     return last;
@@ -137,12 +157,6 @@ bool ClientSession::pastes(const QByteArray &text) const
                                              QStringLiteral("clipboard"), QStringLiteral("-o")})
                    .output == text;
     });
-}
-
-bool ClientSession::isMapped(Window which) const
-{
-    return run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(which)})
-        .output.contains("IsViewable");
 }
 
 bool ClientSession::changesFrom(const QImage &before)

@@ -69,7 +69,6 @@ public:
     Window window = 0;
 
 private:
-    bool isMapped(Window which) const;
     bool changesFrom(const QImage &before);
 
     QString program;

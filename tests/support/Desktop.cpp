@@ -1,13 +1,17 @@
 #include "tests/support/Desktop.h"
 
-#include <QRegularExpression>
-#include <QTest>
-
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
+// They define macros that other headers trip over.
+#include <X11/Xlib-xcb.h>
 #include <xcb/xcb.h>
+extern "C" {
+#include <xdo.h>
+}
 
 namespace support {
 
@@ -16,40 +20,132 @@ namespace {
 constexpr int smallestPopup = 5;
 
 // Window managers start with one or four.
-constexpr int unusualDesktops = 5;
+constexpr uint32_t unusualDesktops = 5;
 
-QString server()
-{
-    return QStringLiteral("Xvfb");
-}
+// Two presses of a key within a millisecond look like one that is held down.
+constexpr useconds_t keyUs = 2'000;
 
-QStringList moveTo(const QPoint &position)
-{
-    return {QStringLiteral("mousemove"), QString::number(position.x()),
-            QString::number(position.y())};
-}
+constexpr uint32_t longestProperty = 1'024;
 
-QString xdotool()
-{
-    return QStringLiteral("xdotool");
-}
+// Who asks the window manager: a tool in the user's hand, not a program that would be in front.
+constexpr uint32_t fromUser = 2;
 
-QString number(qulonglong value)
+constexpr uint32_t iconicState = 3;
+
+template <typename Reply> std::unique_ptr<Reply, decltype(&std::free)> owned(Reply *reply)
 {
-    return QString::number(value);
+    return {reply, &std::free};
 }
 
 } // namespace
 
+/// A connection to the display server. Windows that have gone meanwhile have no properties, no
+/// place and no children.
+class Desktop::Server
+{
+public:
+    explicit Server(const QString &display)
+        : xdo(xdo_new(display.toLatin1().constData()), &xdo_free)
+    {
+        if (xdo == nullptr) {
+            qFatal("The display server does not answer at %s", qPrintable(display));
+        }
+        xcb = XGetXCBConnection(xdo->xdpy);
+        root = xcb_setup_roots_iterator(xcb_get_setup(xcb)).data->root;
+    }
+
+    xcb_atom_t atom(const char *name) const
+    {
+        const auto length = static_cast<uint16_t>(std::strlen(name));
+        return owned(xcb_intern_atom_reply(xcb, xcb_intern_atom(xcb, 0, length, name), nullptr))
+            ->atom;
+    }
+
+    /// Asks about all of them in one go.
+    template <typename Request, typename Reply>
+    auto ask(const std::vector<xcb_window_t> &windows, Request request, Reply reply) const
+    {
+        std::vector<decltype(request(XCB_WINDOW_NONE))> asked;
+        std::transform(windows.begin(), windows.end(), std::back_inserter(asked), request);
+        std::vector<decltype(owned(reply(xcb, asked.front(), nullptr)))> answers;
+        for (const auto question : asked) {
+            answers.push_back(owned(reply(xcb, question, nullptr)));
+        }
+        return answers;
+    }
+
+    std::vector<xcb_window_t> childrenOf(const std::vector<xcb_window_t> &parents) const
+    {
+        const auto request = [this](xcb_window_t window) { return xcb_query_tree(xcb, window); };
+        std::vector<xcb_window_t> all;
+        for (const auto &tree : ask(parents, request, &xcb_query_tree_reply)) {
+            if (tree != nullptr) {
+                const xcb_window_t *const first = xcb_query_tree_children(tree.get());
+                all.insert(all.end(), first, first + xcb_query_tree_children_length(tree.get()));
+            }
+        }
+        return all;
+    }
+
+    auto attributes(xcb_window_t window) const
+    {
+        return owned(
+            xcb_get_window_attributes_reply(xcb, xcb_get_window_attributes(xcb, window), nullptr));
+    }
+
+    std::vector<uint32_t> property(xcb_window_t window, const char *name) const
+    {
+        const auto found = owned(
+            xcb_get_property_reply(xcb,
+                                   xcb_get_property(xcb, 0, window, atom(name),
+                                                    XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty),
+                                   nullptr));
+        if (found == nullptr || found->format != 32) {
+            return {};
+        }
+        const auto *const values =
+            static_cast<const uint32_t *>(xcb_get_property_value(found.get()));
+        return {values, values + found->value_len};
+    }
+
+    void askWindowManager(Window window, const char *what, std::array<uint32_t, 5> details) const
+    {
+        xcb_client_message_event_t event = {};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = static_cast<xcb_window_t>(window);
+        event.type = atom(what);
+        std::copy(details.begin(), details.end(), event.data.data32);
+        xcb_send_event(xcb, 0, root,
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char *>(&event));
+        xcb_flush(xcb);
+    }
+
+    auto pointer() const
+    {
+        return owned(xcb_query_pointer_reply(xcb, xcb_query_pointer(xcb, root), nullptr));
+    }
+
+    /// What another program asks for next might otherwise come first.
+    void sync() const { pointer(); }
+
+    std::unique_ptr<xdo_t, decltype(&xdo_free)> xdo;
+    xcb_connection_t *xcb = nullptr;
+    xcb_window_t root = XCB_WINDOW_NONE;
+};
+
 Desktop::Desktop(WindowManager manager)
 {
     // Without -noreset the server starts afresh whenever its last client leaves.
-    QProcess *const display = start(
-        server(), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                   QStringLiteral("0"), QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"),
-                   QStringLiteral("tcp"), QStringLiteral("-noreset")});
-    setVariable(QStringLiteral("DISPLAY"),
-                QLatin1Char{':'} + QString::fromLatin1(Programs::firstLine(*display)));
+    QProcess *const display =
+        start(QStringLiteral("Xvfb"),
+              {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+               QStringLiteral("0"), QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"),
+               QStringLiteral("tcp"), QStringLiteral("-noreset")});
+    const QString name = QLatin1Char{':'} + QString::fromLatin1(Programs::firstLine(*display));
+    setVariable(QStringLiteral("DISPLAY"), name);
+    server = std::make_unique<Server>(name);
 
     switch (manager) {
     case WindowManager::Openbox:
@@ -64,15 +160,18 @@ Desktop::Desktop(WindowManager manager)
         break;
     }
     // It says who it is before it hears anything: a window that is shown in between stays hidden.
-    const QStringList change{QStringLiteral("set_num_desktops"), number(unusualDesktops),
-                             QStringLiteral("get_num_desktops")};
-    const auto doesAsItIsTold = [this, &change] {
-        return run(xdotool(), change).output.trimmed() == QByteArray::number(unusualDesktops);
+    const auto doesAsItIsTold = [this] {
+        const char *const desktops = "_NET_NUMBER_OF_DESKTOPS";
+        server->askWindowManager(server->root, desktops, {unusualDesktops});
+        return server->property(server->root, desktops) == std::vector{unusualDesktops};
     };
     if (!waitFor(doesAsItIsTold)) {
         qFatal("The window manager does not come up");
     }
+    keepAll();
 }
+
+Desktop::~Desktop() = default;
 
 void Desktop::setVariable(const QString &name, const QString &value)
 {
@@ -85,185 +184,178 @@ void Desktop::setVariable(const QString &name, const QString &value)
 
 QList<Desktop::Window> Desktop::windows(const QString &title) const
 {
-    return search({QStringLiteral("--name"),
-                   QLatin1Char{'^'} + QRegularExpression::escape(title) + QLatin1Char{'$'}});
+    // Those that a window manager has put a frame around, too.
+    std::vector<xcb_window_t> all = server->childrenOf({server->root});
+    const std::vector<xcb_window_t> framed = server->childrenOf(all);
+    all.insert(all.end(), framed.begin(), framed.end());
+
+    const auto request = [this](xcb_window_t window) {
+        return xcb_get_property(server->xcb, 0, window, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY,
+                                0, longestProperty);
+    };
+    const auto names = server->ask(all, request, &xcb_get_property_reply);
+    QList<Window> found;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const auto *const name = names.at(i).get();
+        if (name != nullptr &&
+            QByteArray{static_cast<const char *>(xcb_get_property_value(name)),
+                       xcb_get_property_value_length(name)} == title.toLatin1()) {
+            found += all.at(i);
+        }
+    }
+    return found;
 }
 
 QList<Desktop::Window> Desktop::visibleWindows(const QString &title) const
 {
-    QList<Window> visible =
-        search({QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                QLatin1Char{'^'} + QRegularExpression::escape(title) + QLatin1Char{'$'}});
-    const auto hidden = [this](Window window) {
-        return property(window, "_NET_WM_STATE").contains("_NET_WM_STATE_HIDDEN");
+    QList<Window> found = windows(title);
+    const xcb_atom_t hidden = server->atom("_NET_WM_STATE_HIDDEN");
+    const auto cannotBeSeen = [this, hidden](Window window) {
+        const auto states = server->property(static_cast<xcb_window_t>(window), "_NET_WM_STATE");
+        return !isMapped(window) || std::find(states.begin(), states.end(), hidden) != states.end();
     };
-    visible.erase(std::remove_if(visible.begin(), visible.end(), hidden), visible.end());
-    return visible;
+    found.erase(std::remove_if(found.begin(), found.end(), cannotBeSeen), found.end());
+    return found;
 }
 
 QList<Desktop::Window> Desktop::unmanagedWindows() const
 {
-    QList<Window> found =
-        search({QStringLiteral("--onlyvisible"), QStringLiteral("--maxdepth"), QStringLiteral("1"),
-                QStringLiteral("--name"), QStringLiteral(".*")});
-    // Programs park windows for their own purposes beside the screen.
-    const auto managed = [this](Window window) {
+    QList<Window> found;
+    for (const xcb_window_t window : server->childrenOf({server->root})) {
+        const auto attributes = server->attributes(window);
         const QRect place = geometry(window);
-        return !describe(window).contains("Override Redirect State: yes") || place.right() < 0 ||
-               place.bottom() < 0 || place.width() < smallestPopup;
-    };
-    found.erase(std::remove_if(found.begin(), found.end(), managed), found.end());
+        // Programs park windows for their own purposes beside the screen.
+        if (attributes != nullptr && attributes->override_redirect != 0 &&
+            attributes->map_state == XCB_MAP_STATE_VIEWABLE && place.right() >= 0 &&
+            place.bottom() >= 0 && place.width() >= smallestPopup) {
+            found += window;
+        }
+    }
     return found;
+}
+
+bool Desktop::isMapped(Window window) const
+{
+    const auto attributes = server->attributes(static_cast<xcb_window_t>(window));
+    return attributes != nullptr && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 Desktop::Window Desktop::activeWindow() const
 {
-    const Outcome outcome = run(xdotool(), {QStringLiteral("getactivewindow")});
-    return outcome.exitCode == 0 ? outcome.output.trimmed().toULongLong() : 0;
-}
-
-QByteArray Desktop::describe(Window window) const
-{
-    return run(QStringLiteral("xwininfo"),
-               {QStringLiteral("-all"), QStringLiteral("-id"), number(window)})
-        .output;
+    const auto active = server->property(server->root, "_NET_ACTIVE_WINDOW");
+    return active.empty() ? 0 : active.front();
 }
 
 bool Desktop::isSelectionOwned(const char *name) const
 {
-    const QByteArray display = programs.environment.value(QStringLiteral("DISPLAY")).toLatin1();
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection{
-        xcb_connect(display.constData(), nullptr), &xcb_disconnect};
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom{
-        xcb_intern_atom_reply(
-            connection.get(),
-            xcb_intern_atom(connection.get(), 0, static_cast<uint16_t>(std::strlen(name)), name),
-            nullptr),
-        &std::free};
-    if (atom == nullptr) {
-        return false;
-    }
-    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner{
-        xcb_get_selection_owner_reply(
-            connection.get(), xcb_get_selection_owner(connection.get(), atom->atom), nullptr),
-        &std::free};
+    const auto owner = owned(xcb_get_selection_owner_reply(
+        server->xcb, xcb_get_selection_owner(server->xcb, server->atom(name)), nullptr));
     return owner != nullptr && owner->owner != XCB_WINDOW_NONE;
 }
 
 QRect Desktop::geometry(Window window) const
 {
-    const QByteArray text = describe(window);
-    const auto value = [&text](const char *label) {
-        const QRegularExpression expression{QRegularExpression::escape(QLatin1String{label}) +
-                                            QStringLiteral(":\\s*(-?\\d+)")};
-        return expression.match(QString::fromLatin1(text)).captured(1).toInt();
-    };
-    return {value("Absolute upper-left X"), value("Absolute upper-left Y"), value("Width"),
-            value("Height")};
-}
-
-QByteArray Desktop::property(Window window, const char *name) const
-{
-    return run(QStringLiteral("xprop"),
-               {QStringLiteral("-id"), number(window), QLatin1String{name}})
-        .output.trimmed();
+    const auto id = static_cast<xcb_window_t>(window);
+    const auto size =
+        owned(xcb_get_geometry_reply(server->xcb, xcb_get_geometry(server->xcb, id), nullptr));
+    const auto place = owned(xcb_translate_coordinates_reply(
+        server->xcb, xcb_translate_coordinates(server->xcb, id, server->root, 0, 0), nullptr));
+    if (size == nullptr || place == nullptr) {
+        return {};
+    }
+    return {place->dst_x, place->dst_y, size->width, size->height};
 }
 
 void Desktop::activate(Window window) const
 {
-    demand(xdotool(), {QStringLiteral("windowactivate"), QStringLiteral("--sync"), number(window)});
+    server->askWindowManager(window, "_NET_ACTIVE_WINDOW", {fromUser});
+    if (!waitFor([this, window] { return activeWindow() == window; })) {
+        qFatal("A window does not get the keyboard");
+    }
 }
 
 void Desktop::minimise(Window window) const
 {
-    demand(xdotool(), {QStringLiteral("windowminimize"), QStringLiteral("--sync"), number(window)});
+    server->askWindowManager(window, "WM_CHANGE_STATE", {iconicState});
 }
 
 void Desktop::close(Window window) const
 {
-    demand(QStringLiteral("wmctrl"), {QStringLiteral("-i"), QStringLiteral("-c"), number(window)});
+    server->askWindowManager(window, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, fromUser});
 }
 
 void Desktop::moveMouse(const QPoint &position) const
 {
-    // On a pointer that is there already, --sync would wait for ever.
-    input(moveTo(position));
+    xdo_move_mouse(server->xdo.get(), position.x(), position.y(), 0);
+    server->sync();
 }
 
 void Desktop::click(const QPoint &position, int button) const
 {
-    input(moveTo(position) << QStringLiteral("click") << QString::number(button));
+    moveMouse(position);
+    xdo_mouse_down(server->xdo.get(), CURRENTWINDOW, button);
+    xdo_mouse_up(server->xdo.get(), CURRENTWINDOW, button);
+    // Until the window manager has let the press pass, a release may come where the pointer has
+    // gone meanwhile.
+    constexpr uint16_t buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+    if (!waitFor([this] { return (server->pointer()->mask & buttons) == 0; })) {
+        qFatal("A click does not get through");
+    }
 }
 
 void Desktop::doubleClick(const QPoint &position) const
 {
-    input(moveTo(position) << QStringLiteral("click") << QStringLiteral("--repeat")
-                           << QStringLiteral("2") << QStringLiteral("--delay")
-                           << QStringLiteral("50") << QStringLiteral("1"));
+    click(position);
+    click(position);
 }
 
 void Desktop::holdButton(const QPoint &position) const
 {
-    input(moveTo(position) << QStringLiteral("mousedown") << QStringLiteral("1"));
+    moveMouse(position);
+    xdo_mouse_down(server->xdo.get(), CURRENTWINDOW, 1);
+    server->sync();
 }
 
 void Desktop::releaseButton() const
 {
-    input({QStringLiteral("mouseup"), QStringLiteral("1")});
+    xdo_mouse_up(server->xdo.get(), CURRENTWINDOW, 1);
+    server->sync();
 }
 
 void Desktop::pressKeys(const QStringList &keys) const
 {
-    input(QStringList{QStringLiteral("key")} + keys);
+    for (const QString &key : keys) {
+        xdo_send_keysequence_window(server->xdo.get(), CURRENTWINDOW, key.toLatin1().constData(),
+                                    keyUs);
+    }
+    server->sync();
 }
 
 void Desktop::type(const QString &text) const
 {
-    input({QStringLiteral("type"), QStringLiteral("--args"), QStringLiteral("1"), text});
+    xdo_enter_text_window(server->xdo.get(), CURRENTWINDOW, text.toLatin1().constData(), keyUs);
+    server->sync();
 }
 
 QImage Desktop::screenshot() const
 {
-    const Outcome outcome =
-        demand(QStringLiteral("import"), {QStringLiteral("-silent"), QStringLiteral("-window"),
-                                          QStringLiteral("root"), QStringLiteral("ppm:-")});
-    return QImage::fromData(outcome.output, "PPM");
+    return screenshot(server->root);
 }
 
 QImage Desktop::screenshot(Window window) const
 {
-    return screenshot().copy(geometry(window));
-}
-
-Desktop::Outcome Desktop::demand(const QString &program, const QStringList &arguments) const
-{
-    Outcome outcome = run(program, arguments);
-    if (outcome.exitCode != 0) {
-        qFatal("%s %s failed: %s", qPrintable(program),
-               qPrintable(arguments.join(QLatin1Char{' '})), outcome.errors.constData());
-    }
-    return outcome;
-}
-
-void Desktop::input(const QStringList &commands) const
-{
-    // Its answer comes after all that was asked for before. What another program asks for next may
-    // otherwise come first: a button is then let go where the pointer has been moved to since. It
-    // is asked for no property of a window, because that may just go.
-    demand(xdotool(),
-           commands + QStringList{QStringLiteral("getwindowfocus"), QStringLiteral("-f")});
-}
-
-QList<Desktop::Window> Desktop::search(const QStringList &arguments) const
-{
-    QList<Window> found;
-    const Outcome outcome = run(xdotool(), QStringList{QStringLiteral("search")} + arguments);
-    for (const QByteArray &line : outcome.output.split('\n')) {
-        if (!line.isEmpty()) {
-            found.append(line.toULongLong());
-        }
-    }
-    return found;
+    const QRect place = geometry(window) & geometry(server->root);
+    const auto picture = owned(xcb_get_image_reply(
+        server->xcb,
+        xcb_get_image(server->xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, server->root,
+                      static_cast<int16_t>(place.x()), static_cast<int16_t>(place.y()),
+                      static_cast<uint16_t>(place.width()), static_cast<uint16_t>(place.height()),
+                      ~0U),
+        nullptr));
+    return picture == nullptr ? QImage{}
+                              : QImage{xcb_get_image_data(picture.get()), place.width(),
+                                       place.height(), QImage::Format_RGB32}
+                                    .copy();
 }
 
 } // namespace support

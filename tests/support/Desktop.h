@@ -12,10 +12,13 @@
 #include <QSize>
 #include <QStringList>
 
+#include <cstddef>
+#include <memory>
+
 namespace support {
 
-/// An X11 desktop without a screen: a display server of our own and a window manager, and the
-/// tools that do what a user would. To be used inside scripts/isolated; the test itself needs no
+/// An X11 desktop without a screen: a display server of our own and a window manager, with what a
+/// user would do and see there. To be used inside scripts/isolated; the test itself needs no
 /// display and no GUI application object.
 ///
 /// What cannot be started, or does not come up, ends the test run with a message.
@@ -36,6 +39,7 @@ public:
 
     /// Returns when both answer.
     explicit Desktop(WindowManager manager = WindowManager::Openbox);
+    ~Desktop() override;
 
     /// What is started from now on finds a session bus of its own.
     void startSessionBus() { programs.startSessionBus(); }
@@ -53,13 +57,17 @@ public:
     }
     /// Asks a started program to end and waits until it has.
     void stop(QProcess *process) { programs.stop(process); }
+    /// What has been started so far belongs to the desktop itself.
+    void keepAll() { furniture = programs.count(); }
+    /// All but the desktop itself.
+    void stopAll() { programs.stopFrom(furniture); }
     /// Runs a program to its end.
     Outcome run(const QString &program, const QStringList &arguments = {}) const
     {
         return programs.run(program, arguments);
     }
 
-    /// Top-level windows with exactly this title, mapped or not, in order of creation.
+    /// Top-level windows with exactly this title, mapped or not.
     QList<Window> windows(const QString &title) const;
     /// Those of them that can be seen: mapped and not minimised.
     QList<Window> visibleWindows(const QString &title) const;
@@ -70,11 +78,11 @@ public:
     Window activeWindow() const;
     /// Whether some program holds the selection, for example `_NET_SYSTEM_TRAY_S0`.
     bool isSelectionOwned(const char *name) const;
-    /// Without the frame, in the screen's coordinates.
+    bool isMapped(Window window) const;
+    /// Without the frame, in the screen's coordinates; null if the window has gone.
     QRect geometry(Window window) const;
-    /// As xprop prints it, for example `_NET_WM_STATE(ATOM) = _NET_WM_STATE_HIDDEN`.
-    QByteArray property(Window window, const char *name) const;
 
+    /// Returns when it has the keyboard.
     void activate(Window window) const;
     void minimise(Window window) const;
     /// As the title bar's close button does.
@@ -101,12 +109,13 @@ public:
     QImage screenshot(Window window) const;
 
 private:
-    Outcome demand(const QString &program, const QStringList &arguments) const;
-    void input(const QStringList &commands) const;
-    QByteArray describe(Window window) const;
-    QList<Window> search(const QStringList &arguments) const;
+    class Server;
 
     Programs programs;
+    /// How many of them make the desktop.
+    std::size_t furniture = 0;
+    // Gone before what it is connected to.
+    std::unique_ptr<Server> server;
 };
 
 } // namespace support

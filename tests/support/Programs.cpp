@@ -8,13 +8,68 @@ namespace support {
 
 namespace {
 
-constexpr int hangMs = 120'000;
+constexpr int hangMs = 30'000;
+constexpr int hangsAgainMs = 2'000;
+
+// Where one hangs, others do: whoever waits for a failing run need not wait for each of them.
+int patienceMs = hangMs;
+
+// What an ended program has left on its way.
+constexpr int lastWordsMs = 500;
+
+QList<QProcess *> &watched()
+{
+    static QList<QProcess *> all;
+    return all;
+}
+
+// Each is told once: later waits are about what comes after it.
+QList<QProcess *> takeEnded()
+{
+    QList<QProcess *> ended;
+    for (QProcess *const process : qAsConst(watched())) {
+        if (process->state() == QProcess::NotRunning) {
+            ended += process;
+        }
+    }
+    for (QProcess *const process : qAsConst(ended)) {
+        watched().removeOne(process);
+    }
+    return ended;
+}
 
 } // namespace
 
 bool waitFor(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, hangMs);
+    QList<QProcess *> ended;
+    const auto isOver = [&condition, &ended] {
+        if (condition()) {
+            takeEnded();
+            return true;
+        }
+        ended = takeEnded();
+        return !ended.isEmpty();
+    };
+    if (!QTest::qWaitFor(isOver, patienceMs)) {
+        qWarning("Waited in vain for %d s", patienceMs / 1000);
+        patienceMs = hangsAgainMs;
+        return false;
+    }
+    if (ended.isEmpty() || QTest::qWaitFor(condition, lastWordsMs)) {
+        return true;
+    }
+    for (QProcess *const process : qAsConst(ended)) {
+        qWarning("%s has ended (%s %d) and says: %s", qPrintable(process->program()),
+                 process->exitStatus() == QProcess::NormalExit ? "exit code" : "crash",
+                 process->exitCode(), process->readAllStandardError().constData());
+    }
+    return false;
+}
+
+bool ownsItsWorld()
+{
+    return qEnvironmentVariableIsSet("IXOVPN_ISOLATED");
 }
 
 Programs::Programs()
@@ -28,9 +83,7 @@ Programs::Programs()
 
 Programs::~Programs()
 {
-    while (!running.empty()) {
-        stop(running.back().get());
-    }
+    stopFrom(0);
 }
 
 QProcess *Programs::start(const QString &program, const QStringList &arguments)
@@ -41,6 +94,7 @@ QProcess *Programs::start(const QString &program, const QStringList &arguments)
     if (!process->waitForStarted(-1)) {
         qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process->errorString()));
     }
+    watched() += process.get();
     running.push_back(std::move(process));
     return running.back().get();
 }
@@ -48,8 +102,7 @@ QProcess *Programs::start(const QString &program, const QStringList &arguments)
 QByteArray Programs::firstLine(QProcess &process)
 {
     if (!waitFor([&process] { return process.canReadLine(); })) {
-        qFatal("%s says nothing: %s", qPrintable(process.program()),
-               process.readAllStandardError().constData());
+        qFatal("%s says nothing", qPrintable(process.program()));
     }
     return process.readLine().trimmed();
 }
@@ -62,12 +115,20 @@ void Programs::stop(QProcess *process)
         qFatal("This program was not started here");
     }
     process->terminate();
-    if (process->state() != QProcess::NotRunning && !process->waitForFinished(hangMs)) {
+    if (process->state() != QProcess::NotRunning && !process->waitForFinished(patienceMs)) {
         qWarning("%s has to be killed", qPrintable(process->program()));
         process->kill();
         process->waitForFinished(-1);
     }
+    watched().removeOne(process);
     running.erase(it);
+}
+
+void Programs::stopFrom(std::size_t first)
+{
+    while (running.size() > first) {
+        stop(running.back().get());
+    }
 }
 
 Programs::Outcome Programs::run(const QString &program, const QStringList &arguments) const
@@ -78,7 +139,12 @@ Programs::Outcome Programs::run(const QString &program, const QStringList &argum
     if (!process.waitForStarted(-1)) {
         qFatal("%s cannot be started: %s", qPrintable(program), qPrintable(process.errorString()));
     }
-    process.waitForFinished(-1);
+    if (!process.waitForFinished(patienceMs)) {
+        qWarning("%s does not end", qPrintable(program));
+        patienceMs = hangsAgainMs;
+        process.kill();
+        process.waitForFinished(-1);
+    }
     const bool ended = process.exitStatus() == QProcess::NormalExit;
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput(),
             process.readAllStandardError()};

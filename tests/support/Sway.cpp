@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <unistd.h>
+
 namespace support {
 
 namespace {
@@ -33,6 +35,13 @@ void collect(const QJsonObject &node, QList<Sway::Window> &found)
 
 } // namespace
 
+bool Sway::isPossible()
+{
+    return geteuid() != 0 ||
+           QProcess::execute(QStringLiteral("unshare"),
+                             {QStringLiteral("--user"), QStringLiteral("true")}) == 0;
+}
+
 Sway::Sway()
 {
     programs.environment.insert(QStringLiteral("WLR_BACKENDS"), QStringLiteral("headless"));
@@ -54,11 +63,12 @@ Sway::Sway()
                told.toLocal8Bit() + ".new; mv " + told.toLocal8Bit() + ".new " +
                told.toLocal8Bit() + "\"\n");
     file.close();
-    // It refuses to run as root, which the user of a private world is.
-    programs.start(QStringLiteral("unshare"),
-                   {QStringLiteral("--user"), QStringLiteral("--map-user=1000"),
-                    QStringLiteral("--map-group=1000"), QStringLiteral("sway"),
-                    QStringLiteral("--config"), configuration});
+    const QStringList asUser{QStringLiteral("unshare"), QStringLiteral("--user"),
+                             QStringLiteral("--map-user=daemon"),
+                             QStringLiteral("--map-group=daemon")};
+    QStringList command = geteuid() == 0 ? asUser : QStringList{};
+    command += {QStringLiteral("sway"), QStringLiteral("--config"), configuration};
+    programs.start(command.takeFirst(), command);
     if (!waitFor([&told] { return QFile::exists(told); })) {
         qFatal("The compositor does not come up");
     }

@@ -30,6 +30,9 @@ public:
         QSize size;
     };
 
+    /// It refuses to run as root, whom only a world of other users makes another.
+    static bool isPossible();
+
     /// Returns when it answers. Programs find a session bus of their own on it.
     Sway();
 
