@@ -26,8 +26,7 @@ using Thing = ScreenReader::Thing;
 
 namespace {
 
-constexpr std::array tags{"en", "ru", "de", "fr", "es", "it", "pt",
-                          "br", "ja", "nl", "pl", "tr", "uk", "cs"};
+const QString version = QStringLiteral(IXOVPN_VERSION);
 
 const QString clientId = QStringLiteral("123e4567-e89b-12d3-a456-426614174000");
 
@@ -90,8 +89,8 @@ private Q_SLOTS:
     void cleanup();
     void cleanupTestCase();
 
-    void everyLanguage_data();
-    void everyLanguage();
+    void everyPlace_data();
+    void everyPlace();
     void languageSwitch();
     void switchFollowsTheService_data();
     void switchFollowsTheService();
@@ -264,15 +263,16 @@ QStringList tst_ScreenReader::mainScreen(const Texts &texts, const QString &stat
             control(notification, pill)};
 }
 
-void tst_ScreenReader::everyLanguage_data()
+void tst_ScreenReader::everyPlace_data()
 {
     QTest::addColumn<QString>("tag");
-    for (const char *tag : tags) {
+    for (const char *tag : {"ru", "ja"}) {
         QTest::newRow(tag) << QString{QLatin1String{tag}};
     }
 }
 
-void tst_ScreenReader::everyLanguage()
+// What they say in each language is for the tests of the catalogues.
+void tst_ScreenReader::everyPlace()
 {
     QFETCH(QString, tag);
     const Texts texts{tag};
@@ -325,7 +325,7 @@ void tst_ScreenReader::everyLanguage()
                label(texts.support("INFO")),
                control(QStringLiteral("link"), QStringLiteral("https://ixovpn.example/support"),
                        QStringLiteral(": Press, SetFocus")),
-               label(texts.support("Version:")), copy("Version:", QStringLiteral("1.3.6")),
+               label(texts.support("Version:")), copy("Version:", version),
                label(texts.support("Your ID:")), copy("Your ID:", clientId)}));
 }
 
@@ -555,7 +555,7 @@ void tst_ScreenReader::pagesHideTheScreen()
     const Thing toggle = find(checkBox);
     const QString title = QStringLiteral("IXOVPN");
     for (const auto &[row, inside] :
-         {std::pair{"Settings", "Save"}, std::pair{"Support", "Version: 1.3.6"}}) {
+         {std::pair{"Settings", "Save"}, std::pair{"Support", "Version: " IXOVPN_VERSION}}) {
         const QString part = QString::fromLatin1(inside);
         QVERIFY(find(button, part) == nullptr);
         QVERIFY(pressButton(menuName));
@@ -648,9 +648,10 @@ void tst_ScreenReader::copyButtons()
     QVERIFY(pressButton(menuName));
     QVERIFY(pressButton(QStringLiteral("Support")));
     reader->forget();
-    QVERIFY(pressButton(QStringLiteral("Version: 1.3.6")));
+    QVERIFY(pressButton(QStringLiteral("Version: " IXOVPN_VERSION)));
     QVERIFY(hears(QStringLiteral("name: push button \"Version: Copied!\"")));
-    QVERIFY(waitFor([this] { return find(button, QStringLiteral("Version: 1.3.6")) != nullptr; }));
+    QVERIFY(waitFor(
+        [this] { return find(button, QStringLiteral("Version: " IXOVPN_VERSION)) != nullptr; }));
     QVERIFY(pressButton(QStringLiteral("Back")));
 
     QVERIFY(pressButton(menuName));
@@ -661,7 +662,7 @@ void tst_ScreenReader::copyButtons()
         return field != nullptr && reader->states(field).contains(QStringLiteral("focused"));
     }));
     desktop->pressKey(QStringLiteral("ctrl+v"));
-    QVERIFY(waitFor([&] { return reader->content(field) == QStringLiteral("1.3.6"); }));
+    QVERIFY(waitFor([&] { return reader->content(field) == version; }));
 }
 
 void tst_ScreenReader::supportLink()
