@@ -90,7 +90,6 @@ private Q_SLOTS:
     void language();
     void languageTwice();
     void languageByMouse();
-    void languageSurvivesKill();
     void languageWithoutLink();
     void toolTipFollowsLanguage();
 
@@ -192,19 +191,6 @@ void tst_Pages::languageByMouse()
     session.pressKey(QStringLiteral("Tab"));
     session.pressKey(QStringLiteral("space"));
     QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("pl")); }));
-}
-
-void tst_Pages::languageSurvivesKill()
-{
-    ClientSession &session = *desktop;
-    session.service.listen();
-    QVERIFY(session.startLinkedClient());
-    QVERIFY(session.openPage(ClientSession::settingsRow));
-    session.chooseLanguage(2);
-    QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("de")); }));
-    session.killClient();
-    QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("de"));
-    QVERIFY(tellsAfterAnotherStart(session, setLanguage("de")));
 }
 
 void tst_Pages::languageWithoutLink()

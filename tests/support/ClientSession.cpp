@@ -3,8 +3,6 @@
 #include "tests/support/Client.h"
 #include "tests/support/Contents.h"
 
-#include <QElapsedTimer>
-
 #include <algorithm>
 
 namespace support {
@@ -38,6 +36,7 @@ QByteArray askStatus()
 bool ClientSession::startClient()
 {
     service.clear();
+    last.which = 0;
     client = start(program);
     if (!waitFor([this] { return visibleWindows(clientTitle()).size() == 1; })) {
         qWarning("Windows of the program: %d", visibleWindows(clientTitle()).size());
@@ -129,25 +128,24 @@ void ClientSession::chooseLanguage(int row)
 
 QImage ClientSession::still(Window which) const
 {
-    QImage last;
-    QByteArray lastTurn;
-    QElapsedTimer since;
-    waitFor([&] {
-        if (since.isValid() && !since.hasExpired(betweenPicturesMs)) {
+    waitFor([this, which] {
+        if (last.which == which && !last.since.hasExpired(betweenPicturesMs)) {
             return false;
         }
-        since.start();
         // Where the machine is busy, a program that moves something may wait long for its turn.
         const QString process = QStringLiteral("/proc/%1/").arg(client->processId());
         const QByteArray turn = contents(process + QStringLiteral("schedstat"));
         const bool sleeps = contents(process + QStringLiteral("stat")).contains(") S ");
         QImage picture = screenshot(which);
-        const bool same = sleeps && turn == lastTurn && picture == last;
-        last = std::move(picture);
-        lastTurn = turn;
+        const bool same =
+            sleeps && last.which == which && turn == last.turn && picture == last.picture;
+        last.which = which;
+        last.turn = turn;
+        last.picture = std::move(picture);
+        last.since.start();
         return same;
     });
-    return last;
+    return last.picture;
 }
 
 bool ClientSession::pastes(const QByteArray &text) const

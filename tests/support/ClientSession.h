@@ -5,6 +5,7 @@
 #include "tests/support/ScriptedService.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QPoint>
 
@@ -72,6 +73,14 @@ private:
     bool changesFrom(const QImage &before);
 
     QString program;
+    /// The last picture for still(), and how often the program had had its turn before it.
+    mutable struct
+    {
+        Window which = 0;
+        QByteArray turn;
+        QImage picture;
+        QElapsedTimer since;
+    } last;
 };
 
 /// The middles of the copy buttons on a picture of the support page, from the top.

@@ -11,7 +11,7 @@ namespace {
 constexpr int hangMs = 30'000;
 constexpr int hangsAgainMs = 2'000;
 
-// Where one hangs, others do: whoever waits for a failing run need not wait for each of them.
+// Where one wait fails, others do: whoever looks on need not sit through each of them.
 int patienceMs = hangMs;
 
 // What an ended program has left on its way.
@@ -59,6 +59,7 @@ bool waitFor(const std::function<bool()> &condition)
     if (ended.isEmpty() || QTest::qWaitFor(condition, lastWordsMs)) {
         return true;
     }
+    patienceMs = hangsAgainMs;
     for (QProcess *const process : qAsConst(ended)) {
         qWarning("%s has ended (%s %d) and says: %s", qPrintable(process->program()),
                  process->exitStatus() == QProcess::NormalExit ? "exit code" : "crash",
