@@ -64,6 +64,12 @@ if(IXOVPN_SANITIZE)
   target_link_options(ixovpn_options INTERFACE ${sanitizers})
 endif()
 
+# Only the presets for daily work precompile headers: what a source forgets to include, the others
+# notice. ccache looks into them when the compiler names them.
+if(NOT CMAKE_DISABLE_PRECOMPILE_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  target_compile_options(ixovpn_options INTERFACE -fpch-preprocess)
+endif()
+
 if(IXOVPN_COVERAGE)
   target_compile_options(ixovpn_options INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(ixovpn_options INTERFACE --coverage)
