@@ -35,7 +35,7 @@ class tst_OwnPort : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void init();
     void cleanupTestCase();
 
     void clientIsNotItsOwnService();
@@ -44,7 +44,7 @@ private:
     QByteArray range;
 };
 
-void tst_OwnPort::initTestCase()
+void tst_OwnPort::init()
 {
     if (!qEnvironmentVariableIsSet("IXOVPN_ISOLATED")) {
         QSKIP("Needs a network of its own");

@@ -49,6 +49,7 @@ private:
 void tst_OddSettings::initTestCase()
 {
     desktop = std::make_unique<ClientSession>();
+    desktop->hurry();
 }
 
 void tst_OddSettings::cleanup()

@@ -112,6 +112,7 @@ private:
 void tst_Pages::initTestCase()
 {
     desktop = std::make_unique<ClientSession>();
+    desktop->hurry();
 }
 
 void tst_Pages::cleanup()
@@ -212,6 +213,7 @@ void tst_Pages::toolTipFollowsLanguage()
     ClientSession session;
     StatusPanel panel{session};
     QVERIFY(panel.isUp());
+    session.hurry();
     session.service.listen();
     QVERIFY(session.startClient());
     QVERIFY(waitFor([&] { return session.hasReceived(askStatus()); }));
@@ -382,6 +384,7 @@ void tst_Pages::supportLink()
     script.close();
 
     ClientSession session;
+    session.hurry();
     session.setVariable(QStringLiteral("PATH"),
                         folder + QLatin1Char{':'} +
                             session.environment().value(QStringLiteral("PATH")));

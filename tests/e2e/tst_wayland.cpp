@@ -20,7 +20,7 @@ class tst_Wayland : public QObject
 
 private Q_SLOTS:
     void initTestCase_data();
-    void initTestCase();
+    void init();
 
     void windowIsShownWhole();
     void closeWithoutTray();
@@ -41,7 +41,7 @@ void tst_Wayland::initTestCase_data()
     QTest::newRow("X11") << QStringLiteral("xcb") << QStringLiteral("xwayland");
 }
 
-void tst_Wayland::initTestCase()
+void tst_Wayland::init()
 {
     if (!Sway::isPossible()) {
         QSKIP("sway refuses to run as root, and no user namespace can be had");

@@ -13,8 +13,7 @@ constexpr QPoint menuButton{48, 34};
 // Outside every window.
 constexpr QPoint aside{1270, 1010};
 
-// More than from one step of an animation to the next.
-constexpr int betweenPicturesMs = 25;
+constexpr int hurryRate = 10;
 
 } // namespace
 
@@ -31,6 +30,18 @@ QByteArray setReferral(const QByteArray &code)
 QByteArray askStatus()
 {
     return QByteArrayLiteral(R"({"cmd":"status"})");
+}
+
+void ClientSession::hurry()
+{
+    const QString clock = QStringLiteral(IXOVPN_CLOCK);
+    if (!clock.isEmpty()) {
+        setVariable(QStringLiteral("LD_PRELOAD"), clock);
+        // The times of files take longer to convert than a program needs to start.
+        setVariable(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
+        setVariable(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(hurryRate));
+        betweenPicturesMs /= hurryRate;
+    }
 }
 
 bool ClientSession::startClient()

@@ -35,6 +35,11 @@ public:
         : program(path)
     {}
 
+    /// For programs that are started from now on, time passes ten times as fast: nobody has to sit
+    /// through what glides, or through their pauses. Not with the sanitisers, which bear no other
+    /// library before them.
+    void hurry();
+
     /// Starts the program and waits for its window.
     [[nodiscard]] bool startClient();
     /// As above, with a service that listens and answers that the tunnel is up.
@@ -73,6 +78,8 @@ private:
     bool changesFrom(const QImage &before);
 
     QString program;
+    /// More than from one step of an animation to the next.
+    int betweenPicturesMs = 25;
     /// The last picture for still(), and how often the program had had its turn before it.
     mutable struct
     {
