@@ -59,8 +59,7 @@ public:
     void tellToGoOn(LPARAM reason) const { tellEnd(FALSE, reason); }
     /// With the mouse, in the main window's own coordinates.
     void click(const QPoint &position) const;
-    /// Clicks, once more if nothing comes of it, and waits until what it changes is at rest: now
-    /// and then the display server takes the pointer back in the moment of a click.
+    /// Clicks, and waits until what it changes is at rest.
     [[nodiscard]] bool changesOn(const QPoint &position);
 
 private:
