@@ -40,7 +40,6 @@ private Q_SLOTS:
     void styleSheet();
     void paintsTheGradient();
     void languageTable();
-    void signalsInOrder();
     void opening_data();
     void opening();
     void selectionIsResetAtEveryOpening();
@@ -178,15 +177,6 @@ void tst_SettingsDialog::languageTable()
     tags.sort();
     QCOMPARE(tags, support::languageTags());
     QVERIFY(!combo->isEditable());
-}
-
-void tst_SettingsDialog::signalsInOrder()
-{
-    const QMetaObject &meta = ui::SettingsDialog::staticMetaObject;
-    QCOMPARE(meta.method(meta.methodOffset()).methodSignature(),
-             QByteArray{"languageChanged(QString)"});
-    QCOMPARE(meta.method(meta.methodOffset() + 1).methodSignature(),
-             QByteArray{"closeRequested()"});
 }
 
 void tst_SettingsDialog::opening_data()

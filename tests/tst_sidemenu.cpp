@@ -6,6 +6,7 @@
 #include <QMetaMethod>
 #include <QPointer>
 #include <QPropertyAnimation>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTranslator>
@@ -628,6 +629,7 @@ void tst_SideMenu::noKeyCloses_data()
     QTest::newRow("Space") << Qt::Key_Space;
     QTest::newRow("Left") << Qt::Key_Left;
     QTest::newRow("Tab") << Qt::Key_Tab;
+    QTest::newRow("Backtab") << Qt::Key_Backtab;
     QTest::newRow("Menu") << Qt::Key_Menu;
     QTest::newRow("Back") << Qt::Key_Back;
     QTest::newRow("letter") << Qt::Key_E;
@@ -641,7 +643,10 @@ void tst_SideMenu::noKeyCloses()
     for (const Request request : requests) {
         spies.push_back(std::make_unique<QSignalSpy>(window.menu, request));
     }
+    QPushButton covered{&window};
+    covered.show();
     QTest::keyClick(window.menu, key);
+    QCOMPARE(window.focusWidget(), window.menu);
     QVERIFY(!window.sliding());
     QVERIFY(window.menu->isVisible());
     for (const auto &spy : spies) {

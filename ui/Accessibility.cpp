@@ -1,9 +1,7 @@
 #include "ui/Accessibility.h"
 
 #include "ui/LinkLabel.h"
-#include "ui/Page.h"
-#include "ui/ScreenCover.h"
-#include "ui/SideMenu.h"
+#include "ui/Overlay.h"
 #include "ui/StatusLabel.h"
 #include "ui/ToggleSwitch.h"
 
@@ -12,6 +10,7 @@
 #include <QDesktopServices>
 #include <QDialog>
 #include <QLabel>
+#include <QMainWindow>
 #include <QMouseEvent>
 #include <QToolButton>
 #include <QUrl>
@@ -20,7 +19,13 @@ namespace ui::accessibility {
 
 namespace {
 
-/// Something on the main screen, which an overlay can cover.
+bool isPart(const QWidget *widget)
+{
+    const auto *const window = qobject_cast<QMainWindow *>(widget->window());
+    return window != nullptr && window->centralWidget() == widget->parentWidget();
+}
+
+/// A part of the main screen, which an overlay can cover.
 class Part : public QAccessibleWidget
 {
 public:
@@ -29,10 +34,7 @@ public:
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        const ScreenCover *const cover = ScreenCover::over(widget());
-        if (cover != nullptr && cover->isClosed()) {
-            state.invisible = true;
-        }
+        state.invisible = state.invisible || (isPart(widget()) && Overlay::isCovered(widget()));
         return state;
     }
 };
@@ -196,11 +198,11 @@ QAccessibleInterface *make(const QString & /*className*/, QObject *object)
     if (auto *const dialog = qobject_cast<QDialog *>(object)) {
         return new Dialog{dialog};
     }
-    if (qobject_cast<Page *>(object) != nullptr || qobject_cast<SideMenu *>(object) != nullptr) {
-        return new QAccessibleWidget{static_cast<QWidget *>(object), QAccessible::Grouping};
+    if (auto *const overlay = qobject_cast<Overlay *>(object)) {
+        return new QAccessibleWidget{overlay, QAccessible::Grouping};
     }
     auto *const widget = qobject_cast<QWidget *>(object);
-    if (widget == nullptr || ScreenCover::over(widget) == nullptr) {
+    if (widget == nullptr || !isPart(widget)) {
         return nullptr;
     }
     if (auto *const label = qobject_cast<QLabel *>(object)) {

@@ -13,7 +13,7 @@ namespace ui::accessibility {
 ///   while a change is under way; to toggle it does what a left click in its middle would,
 ///   nothing where the click would not reach it;
 /// - the texts of a StatusLabel are notifications;
-/// - what a ScreenCover's overlay hides is not showing;
+/// - what an Overlay covers is not showing;
 /// - a LinkLabel that shows an address is a link that can be pressed;
 /// - a dialog says whether it is modal;
 /// - pages and menu are panels with their own name.

@@ -10,7 +10,6 @@
 #include "ui/PillLabel.h"
 #include "ui/ReferralCode.h"
 #include "ui/ReferralDialog.h"
-#include "ui/ScreenCover.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SideMenu.h"
 #include "ui/StatusLabel.h"
@@ -142,7 +141,6 @@ void MainWindow::buildMainScreen()
     auto *const background = new RootBackground{this};
     background->setStyleSheet(mainStyle());
     setCentralWidget(background);
-    screenCover = new ui::ScreenCover{background};
 
     menuButton = new ui::ToolButton{background};
     menuButton->setObjectName(QStringLiteral("menu"));
@@ -202,10 +200,6 @@ void MainWindow::buildPages()
 
     supportPage = new ui::SupportDialog{centralWidget()};
     connect(supportPage, &ui::SupportDialog::closeRequested, supportPage, &QWidget::hide);
-
-    for (QWidget *overlay : QList<QWidget *>{sideMenu, settingsPage, supportPage}) {
-        screenCover->addOverlay(overlay);
-    }
 }
 
 void MainWindow::buildServices()

@@ -15,7 +15,6 @@ class ServiceClient;
 
 namespace ui {
 class PillLabel;
-class ScreenCover;
 class SettingsDialog;
 class SideMenu;
 class StatusLabel;
@@ -82,7 +81,6 @@ private:
     ui::PillLabel *pillLabel = nullptr;
     ui::ToolButton *menuButton = nullptr;
     ui::SideMenu *sideMenu = nullptr;
-    ui::ScreenCover *screenCover = nullptr;
     ipc::ServiceClient *client = nullptr;
     ui::TrayController *tray = nullptr;
     bool serviceConnected = false;

@@ -3,6 +3,7 @@
 #include "ui/BackgroundGradient.h"
 #include "ui/ToolButton.h"
 
+#include <QEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
@@ -32,15 +33,14 @@ QString sharedStyle()
 } // namespace
 
 Page::Page(const QString &styleSheet, QWidget *parent)
-    : QWidget(parent)
+    : Overlay(parent)
 {
-    setAttribute(Qt::WA_StyledBackground, false);
     setStyleSheet(sharedStyle() + styleSheet);
-    hide();
 
     backButton = new ToolButton{this};
     backButton->setObjectName(QStringLiteral("back"));
     backButton->setText(QStringLiteral("←"));
+    connect(backButton, &ToolButton::clicked, this, &Page::closeRequested);
 
     titleLabel = new QLabel{this};
     QFont titleFont = titleLabel->font();
@@ -71,13 +71,9 @@ Page::Page(const QString &styleSheet, QWidget *parent)
     root->addLayout(body);
 }
 
-void Page::cover()
+void Page::open()
 {
-    if (parentWidget() != nullptr) {
-        setGeometry(parentWidget()->rect());
-        raise();
-    }
-    show();
+    cover();
     backButton->setFocus();
 }
 
@@ -96,23 +92,12 @@ QLabel *Page::makeSectionCaption(const QString &text)
     return caption;
 }
 
-bool Page::focusNextPrevChild(bool next)
+void Page::changeEvent(QEvent *event)
 {
-    const QWidget *const start = focusWidget();
-    if (!isVisible() || start == nullptr) {
-        return QWidget::focusNextPrevChild(next);
+    if (event->type() == QEvent::LanguageChange) {
+        retranslateUi();
     }
-    const auto neighbour = [next](const QWidget *widget) {
-        return next ? widget->nextInFocusChain() : widget->previousInFocusChain();
-    };
-    for (QWidget *widget = neighbour(start); widget != start; widget = neighbour(widget)) {
-        if (isAncestorOf(widget) && widget->isVisible() && widget->isEnabled() &&
-            (widget->focusPolicy() & Qt::TabFocus) != 0) {
-            widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-            return true;
-        }
-    }
-    return false;
+    QWidget::changeEvent(event);
 }
 
 // Not a shortcut of the button: it would work inside an open list as well.

@@ -1,10 +1,8 @@
 #include "ui/SettingsDialog.h"
 
-#include "ui/ToolButton.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
-#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -78,7 +76,6 @@ SettingsDialog::SettingsDialog(QWidget *parent)
     body->addStretch(1);
     body->addLayout(buttonRow);
 
-    connect(backButton, &ToolButton::clicked, this, &SettingsDialog::closeRequested);
     connect(saveButton, &QPushButton::clicked, this, &SettingsDialog::onSave);
 
     retranslateUi();
@@ -90,15 +87,7 @@ void SettingsDialog::openPage(const QString &tag)
     const int index =
         languageCombo->findData(tag, Qt::UserRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
     languageCombo->setCurrentIndex(std::max(index, 0));
-    cover();
-}
-
-void SettingsDialog::changeEvent(QEvent *event)
-{
-    if (event->type() == QEvent::LanguageChange) {
-        retranslateUi();
-    }
-    QWidget::changeEvent(event);
+    open();
 }
 
 void SettingsDialog::onSave()

@@ -24,14 +24,10 @@ public:
 Q_SIGNALS:
     /// Another language than the one that the page was opened with was saved.
     void languageChanged(QString tag);
-    void closeRequested();
-
-protected:
-    void changeEvent(QEvent *event) override;
 
 private:
     void onSave();
-    void retranslateUi();
+    void retranslateUi() override;
 
     QLabel *languageLabel = nullptr;
     QComboBox *languageCombo = nullptr;

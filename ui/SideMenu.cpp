@@ -24,12 +24,10 @@ constexpr QRgb panelRgb = qRgb(35, 37, 72);
 } // namespace
 
 SideMenu::SideMenu(QWidget *parent)
-    : QWidget(parent)
+    : Overlay(parent)
     , panelWidth(initialPanelWidth)
 {
-    setAttribute(Qt::WA_StyledBackground, false);
     setFocusPolicy(Qt::StrongFocus);
-    hide();
 
     panel = new QWidget{this};
     QPalette colours = panel->palette();
@@ -75,10 +73,8 @@ void SideMenu::openMenu()
     if (parentWidget() == nullptr) {
         return;
     }
-    resize(parentWidget()->size());
+    cover();
     fitPanel();
-    show();
-    raise();
     open = true;
 
     anim->stop();

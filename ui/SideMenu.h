@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "ui/Overlay.h"
 
 class QPropertyAnimation;
 
@@ -13,7 +13,7 @@ class MenuItem;
 ///
 /// It reports what was chosen and opens nothing itself. A row closes the menu first and then
 /// reports, so that what the owner opens lies over a closing menu. No key closes it.
-class SideMenu : public QWidget
+class SideMenu : public Overlay
 {
     Q_OBJECT
 

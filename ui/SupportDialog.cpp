@@ -4,11 +4,9 @@
 #include "ui/LinkLabel.h"
 #include "ui/ReferralCode.h"
 #include "ui/SupportLink.h"
-#include "ui/ToolButton.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
-#include <QEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -80,7 +78,6 @@ SupportDialog::SupportDialog(QWidget *parent)
     referral.row->hide();
     body->addStretch(1);
 
-    connect(backButton, &ToolButton::clicked, this, &SupportDialog::closeRequested);
 
     retranslateUi();
 }
@@ -88,15 +85,7 @@ SupportDialog::SupportDialog(QWidget *parent)
 void SupportDialog::openPage()
 {
     refreshReferral();
-    cover();
-}
-
-void SupportDialog::changeEvent(QEvent *event)
-{
-    if (event->type() == QEvent::LanguageChange) {
-        retranslateUi();
-    }
-    QWidget::changeEvent(event);
+    open();
 }
 
 SupportDialog::CopyRow SupportDialog::makeCopyRow(const QString &value)

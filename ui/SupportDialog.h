@@ -9,8 +9,8 @@ namespace ui {
 /// The page with the way to reach support and the facts that support asks for: version, client ID
 /// and referral code, each on a button that copies it.
 ///
-/// Like the settings page it is an overlay of the main window. The client ID belongs to the
-/// service and is only read, once, at construction; the referral code is read at every opening.
+/// The client ID belongs to the service and is only read, once, at construction; the referral code
+/// is read at every opening.
 class SupportDialog : public Page
 {
     Q_OBJECT
@@ -19,12 +19,6 @@ public:
     explicit SupportDialog(QWidget *parent);
 
     void openPage();
-
-Q_SIGNALS:
-    void closeRequested();
-
-protected:
-    void changeEvent(QEvent *event) override;
 
 private:
     struct CopyRow
@@ -39,7 +33,7 @@ private:
     static void showOn(const CopyRow &row, const QString &text);
     static void nameButton(const CopyRow &row);
     void refreshReferral();
-    void retranslateUi();
+    void retranslateUi() override;
 
     QLabel *contactCaption = nullptr;
     QLabel *contactText = nullptr;
