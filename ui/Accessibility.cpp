@@ -1,8 +1,8 @@
 #include "ui/Accessibility.h"
 
 #include "ui/LinkLabel.h"
-#include "ui/Overlay.h"
 #include "ui/StatusLabel.h"
+#include "ui/Overlay.h"
 #include "ui/ToggleSwitch.h"
 
 #include <QAccessibleWidget>
@@ -11,7 +11,6 @@
 #include <QDialog>
 #include <QLabel>
 #include <QMainWindow>
-#include <QMouseEvent>
 #include <QToolButton>
 #include <QUrl>
 
@@ -56,7 +55,7 @@ public:
     QAccessible::Role role() const override
     {
         return qobject_cast<StatusLabel *>(object()) != nullptr ? QAccessible::Notification
-                                                                : QAccessible::StaticText;
+                                                              : QAccessible::StaticText;
     }
 
     QString text(QAccessible::Text kind) const override
@@ -104,14 +103,12 @@ public:
 
     QAccessible::State state() const override
     {
-        using State = ToggleSwitch::State;
-        const State shown = static_cast<ToggleSwitch *>(widget())->state();
-        const bool changing = shown == State::Connecting || shown == State::Disconnecting;
+        const auto *const toggle = static_cast<ToggleSwitch *>(widget());
         QAccessible::State state = Part::state();
         state.checkable = true;
-        state.checked = shown == State::On || shown == State::Disconnecting;
-        state.busy = changing;
-        state.disabled = state.disabled || changing;
+        state.checked = toggle->isOn();
+        state.busy = toggle->isChanging();
+        state.disabled = state.disabled || toggle->isChanging();
         return state;
     }
 
@@ -120,22 +117,10 @@ public:
     void doAction(const QString &name) override
     {
         const QWidget *const dialog = QApplication::activeModalWidget();
-        if (name != toggleAction() || state().invisible || state().disabled ||
-            (dialog != nullptr && dialog != widget()->window())) {
-            return;
+        if (name == toggleAction() && !state().invisible && !state().disabled &&
+            (dialog == nullptr || dialog == widget()->window())) {
+            Q_EMIT static_cast<ToggleSwitch *>(widget())->toggled();
         }
-        const QPointF middle = QRectF{widget()->rect()}.center();
-        const QPointF onScreen = widget()->mapToGlobal(middle.toPoint());
-        QMouseEvent press{QEvent::MouseButtonPress, middle,         onScreen,
-                          Qt::LeftButton,           Qt::LeftButton, Qt::NoModifier};
-        QCoreApplication::sendEvent(widget(), &press);
-        QMouseEvent release{QEvent::MouseButtonRelease,
-                            middle,
-                            onScreen,
-                            Qt::LeftButton,
-                            Qt::NoButton,
-                            Qt::NoModifier};
-        QCoreApplication::sendEvent(widget(), &release);
     }
 };
 
@@ -219,42 +204,6 @@ QAccessibleInterface *make(const QString & /*className*/, QObject *object)
 void install()
 {
     QAccessible::installFactory(&make);
-}
-
-StateReport::StateReport(QWidget *widget_)
-    : widget(QAccessible::isActive() ? widget_ : nullptr)
-{
-    if (widget != nullptr) {
-        before = QAccessible::queryAccessibleInterface(widget)->state();
-    }
-}
-
-StateReport::~StateReport()
-{
-    if (widget == nullptr) {
-        return;
-    }
-    const QAccessible::State now = QAccessible::queryAccessibleInterface(widget)->state();
-    // One by one: of several changes in one event, some listeners pass on only the first.
-    const auto report = [this](const QAccessible::State &changed) {
-        QAccessibleStateChangeEvent news{widget, changed};
-        QAccessible::updateAccessibility(&news);
-    };
-    if (now.checked != before.checked) {
-        QAccessible::State changed;
-        changed.checked = true;
-        report(changed);
-    }
-    if (now.busy != before.busy) {
-        QAccessible::State changed;
-        changed.busy = true;
-        report(changed);
-    }
-    if (now.disabled != before.disabled) {
-        QAccessible::State changed;
-        changed.disabled = true;
-        report(changed);
-    }
 }
 
 } // namespace ui::accessibility

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <QAccessible>
-
-class QWidget;
-
 /// What assistive technology, a screen reader for one, is told about the widgets of this program
 /// beyond what the toolkit knows by itself. Nothing here runs while no such technology does.
 namespace ui::accessibility {
@@ -19,19 +15,5 @@ namespace ui::accessibility {
 /// - pages and menu are panels with their own name.
 /// More than once is as good as once.
 void install();
-
-/// Announces how the state of a widget has changed between construction and destruction.
-class StateReport
-{
-public:
-    explicit StateReport(QWidget *widget);
-    ~StateReport();
-    StateReport(const StateReport &) = delete;
-    StateReport &operator=(const StateReport &) = delete;
-
-private:
-    QWidget *const widget;
-    QAccessible::State before;
-};
 
 } // namespace ui::accessibility

@@ -1,7 +1,6 @@
 #include "ui/ToggleSwitch.h"
 
-#include "ui/Accessibility.h"
-
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -15,14 +14,8 @@ namespace ui {
 
 namespace {
 
-constexpr QSize minimumExtent{220, 100};
-constexpr QSize preferredExtent{200, 96};
-
-constexpr int thumbGlideMs = 280;
-constexpr int mixGlideMs = 320;
-constexpr int pulseHalfMs = 700;
-constexpr double pulseRest = 1.0;
-constexpr double pulsePeak = 1.22;
+constexpr double pulseMinimum = 1.0;
+constexpr double pulseMaximum = 1.22;
 
 constexpr QRgb offRgb = qRgb(60, 64, 92);
 constexpr QRgb onRgb = qRgb(255, 99, 51);
@@ -30,51 +23,11 @@ constexpr QRgb errorRgb = qRgb(220, 64, 64);
 
 constexpr double trackWidth = 220.0;
 constexpr double trackHeight = 88.0;
-constexpr double trackRadius = 44.0;
-constexpr double trackBorderWidth = 1.5;
-constexpr int trackBorderAlpha = 22;
-constexpr int trackBorderHoverAlpha = 40;
-
-constexpr double glowRadiusDivisor = 1.8;
-constexpr double glowAlphaAtRest = 70.0;
-
+// Most measures of the thumb are shares of its diameter.
 constexpr double thumbDiameter = 76.0;
-constexpr double thumbRadius = thumbDiameter / 2.0;
 constexpr double thumbInset = 10.0;
 
-constexpr double pulseRingWidth = 2.5;
-constexpr int pulseRingAlpha = 90;
-
-constexpr int shadowLayers = 6;
-constexpr double shadowSpread = 1.4;
-constexpr double shadowDrop = 3.0;
-constexpr int shadowAlpha = 22;
-constexpr int shadowAlphaStep = 3;
-
-constexpr double bodyLightOffset = 0.22 * thumbDiameter;
-constexpr double bodyLightRadius = 0.95 * thumbDiameter;
-constexpr double bodyMiddleStop = 0.55;
-
-constexpr double highlightLeft = 0.12 * thumbDiameter;
-constexpr double highlightTop = 0.08 * thumbDiameter;
-constexpr double highlightRight = 0.55 * thumbDiameter;
-constexpr double highlightBottom = 0.62 * thumbDiameter;
-constexpr double highlightReach = 0.8;
-constexpr int highlightAlpha = 200;
-
-constexpr double rimWidth = 1.0;
-constexpr double rimInset = 0.5;
-constexpr int rimAlpha = 90;
-
-constexpr double powerPenWidth = 0.08 * thumbDiameter;
-constexpr double powerRadius = 0.22 * thumbDiameter;
-constexpr int sixteenthsPerDegree = 16;
-constexpr int powerArcStart = 120 * sixteenthsPerDegree;
-constexpr int powerArcSpan = 300 * sixteenthsPerDegree;
-constexpr double powerLineBottom = 0.033 * thumbDiameter;
-constexpr double powerLineTop = 0.231 * thumbDiameter;
-
-double restingPlace(ToggleSwitch::State state)
+double targetPosition(ToggleSwitch::State state)
 {
     switch (state) {
     case ToggleSwitch::State::On:
@@ -94,77 +47,64 @@ QColor white(int alpha)
     return {255, 255, 255, alpha};
 }
 
-int mixChannel(int from, int to, double factor)
-{
-    return static_cast<int>(from + (to - from) * factor);
-}
-
 QColor mix(QRgb from, QRgb to, double factor)
 {
     const double t = std::clamp(factor, 0.0, 1.0);
-    return {mixChannel(qRed(from), qRed(to), t), mixChannel(qGreen(from), qGreen(to), t),
-            mixChannel(qBlue(from), qBlue(to), t)};
-}
-
-void paintTrackFill(QPainter &painter, const QPainterPath &outline, const QColor &colour)
-{
-    painter.fillPath(outline, colour);
-}
-
-void paintTrackBorder(QPainter &painter, const QPainterPath &outline, int alpha)
-{
-    painter.strokePath(outline, QPen{white(alpha), trackBorderWidth});
+    const auto channel = [t](int a, int b) { return static_cast<int>(a + (b - a) * t); };
+    return {channel(qRed(from), qRed(to)), channel(qGreen(from), qGreen(to)),
+            channel(qBlue(from), qBlue(to))};
 }
 
 void paintThumbShadow(QPainter &painter, const QRectF &thumb)
 {
     painter.setPen(Qt::NoPen);
-    for (int i = 0; i < shadowLayers; ++i) {
-        const double s = i * shadowSpread;
-        painter.setBrush(QColor{0, 0, 0, shadowAlpha - shadowAlphaStep * i});
-        painter.drawEllipse(thumb.adjusted(-s, -s + shadowDrop, s, s + shadowDrop));
+    for (int i = 0; i < 6; ++i) {
+        const double spread = i * 1.4;
+        painter.setBrush(QColor{0, 0, 0, 22 - 3 * i});
+        painter.drawEllipse(thumb.adjusted(-spread, -spread, spread, spread).translated(0.0, 3.0));
     }
 }
 
 void paintThumbBody(QPainter &painter, const QRectF &thumb)
 {
-    const QPointF light = thumb.center() - QPointF{bodyLightOffset, bodyLightOffset};
-    QRadialGradient body{light, bodyLightRadius};
+    constexpr double lightOffset = 0.22 * thumbDiameter;
+    QRadialGradient body{thumb.center() - QPointF{lightOffset, lightOffset}, 0.95 * thumbDiameter};
     body.setColorAt(0.0, QColor{255, 255, 255});
-    body.setColorAt(bodyMiddleStop, QColor{245, 246, 252});
+    body.setColorAt(0.55, QColor{245, 246, 252});
     body.setColorAt(1.0, QColor{214, 216, 228});
     painter.setPen(Qt::NoPen);
     painter.setBrush(body);
     painter.drawEllipse(thumb);
 }
 
-void paintHighlight(QPainter &painter, const QRectF &thumb)
+void paintThumbHighlight(QPainter &painter, const QRectF &thumb)
 {
-    const QRectF spot =
-        thumb.adjusted(highlightLeft, highlightTop, -highlightRight, -highlightBottom);
-    QRadialGradient shine{spot.center(), spot.width() * highlightReach};
-    shine.setColorAt(0.0, white(highlightAlpha));
-    shine.setColorAt(1.0, white(0));
-    painter.setBrush(shine);
+    const QRectF spot = thumb.adjusted(0.12 * thumbDiameter, 0.08 * thumbDiameter,
+                                       -0.55 * thumbDiameter, -0.62 * thumbDiameter);
+    QRadialGradient highlight{spot.center(), spot.width() * 0.8};
+    highlight.setColorAt(0.0, white(200));
+    highlight.setColorAt(1.0, white(0));
+    painter.setBrush(highlight);
     painter.drawEllipse(spot);
 }
 
-void paintRim(QPainter &painter, const QRectF &thumb)
+void paintThumbRim(QPainter &painter, const QRectF &thumb)
 {
-    painter.setPen(QPen{white(rimAlpha), rimWidth});
+    painter.setPen(QPen{white(90), 1.0});
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(thumb.adjusted(rimInset, rimInset, -rimInset, -rimInset));
+    painter.drawEllipse(thumb.adjusted(0.5, 0.5, -0.5, -0.5));
 }
 
 void paintPowerSymbol(QPainter &painter, const QPointF &centre, const QColor &colour)
 {
-    QPen pen{colour, powerPenWidth};
-    pen.setCapStyle(Qt::RoundCap);
-    painter.setPen(pen);
+    constexpr int sixteenthsPerDegree = 16;
+    constexpr double radius = 0.22 * thumbDiameter;
+    painter.setPen(QPen{colour, 0.08 * thumbDiameter, Qt::SolidLine, Qt::RoundCap});
     painter.setBrush(Qt::NoBrush);
-    const QPointF reach{powerRadius, powerRadius};
-    painter.drawArc(QRectF{centre - reach, centre + reach}, powerArcStart, powerArcSpan);
-    painter.drawLine(centre - QPointF{0.0, powerLineBottom}, centre - QPointF{0.0, powerLineTop});
+    painter.drawArc(QRectF{centre - QPointF{radius, radius}, centre + QPointF{radius, radius}},
+                    120 * sixteenthsPerDegree, 300 * sixteenthsPerDegree);
+    painter.drawLine(centre - QPointF{0.0, 0.033 * thumbDiameter},
+                     centre - QPointF{0.0, 0.231 * thumbDiameter});
 }
 
 } // namespace
@@ -173,15 +113,15 @@ ToggleSwitch::ToggleSwitch(QWidget *parent)
     : QWidget(parent)
 {
     setCursor(Qt::PointingHandCursor);
-    setMinimumSize(minimumExtent);
+    setMinimumSize(220, 100);
     setAttribute(Qt::WA_Hover);
 
     thumbAnim = new QPropertyAnimation{this, "thumbPos", this};
-    thumbAnim->setDuration(thumbGlideMs);
+    thumbAnim->setDuration(280);
     thumbAnim->setEasingCurve(QEasingCurve::OutCubic);
 
     mixAnim = new QPropertyAnimation{this, "trackMix", this};
-    mixAnim->setDuration(mixGlideMs);
+    mixAnim->setDuration(320);
     mixAnim->setEasingCurve(QEasingCurve::InOutQuad);
 
     pulseGroup = new QSequentialAnimationGroup{this};
@@ -189,12 +129,12 @@ ToggleSwitch::ToggleSwitch(QWidget *parent)
         auto *const half = new QPropertyAnimation{this, "pulseScale", pulseGroup};
         half->setStartValue(from);
         half->setEndValue(to);
-        half->setDuration(pulseHalfMs);
+        half->setDuration(700);
         half->setEasingCurve(QEasingCurve::InOutSine);
         pulseGroup->addAnimation(half);
     };
-    addPulse(pulseRest, pulsePeak);
-    addPulse(pulsePeak, pulseRest);
+    addPulse(pulseMinimum, pulseMaximum);
+    addPulse(pulseMaximum, pulseMinimum);
     pulseGroup->setLoopCount(-1);
 }
 
@@ -203,28 +143,43 @@ void ToggleSwitch::setState(State newState)
     if (newState == state_) {
         return;
     }
-    const accessibility::StateReport report{this};
+    const bool wasOn = isOn();
+    const bool wasChanging = isChanging();
     state_ = newState;
 
-    const double target = restingPlace(newState);
-    glide(thumbAnim, thumbPos_, target);
-    glide(mixAnim, trackMix_, target);
+    const double target = targetPosition(newState);
+    for (QPropertyAnimation *animation : {thumbAnim, mixAnim}) {
+        animation->stop();
+        animation->setStartValue(property(animation->propertyName().constData()));
+        animation->setEndValue(target);
+        animation->start();
+    }
 
-    const bool pulsing = pulseGroup->state() == QAbstractAnimation::Running;
-    if (changing()) {
-        if (!pulsing) {
-            pulseGroup->start();
-        }
+    if (isChanging()) {
+        // Does nothing while the group runs.
+        pulseGroup->start();
     } else {
-        if (pulsing) {
-            pulseGroup->stop();
-        }
-        setPulseScale(pulseRest);
+        pulseGroup->stop();
+        setPulseScale(pulseMinimum);
         glowPicture.release();
         trackPicture.release();
         thumbPicture.release();
     }
     update();
+
+    QAccessible::State checked;
+    checked.checked = wasOn != isOn();
+    QAccessible::State busy;
+    busy.busy = wasChanging != isChanging();
+    QAccessible::State disabled;
+    disabled.disabled = busy.busy;
+    // One event for each flag: some listeners pass on only the first flag of an event.
+    for (const QAccessible::State &changed : {checked, busy, disabled}) {
+        if (!(changed == QAccessible::State{})) {
+            QAccessibleStateChangeEvent event{this, changed};
+            QAccessible::updateAccessibility(&event);
+        }
+    }
 }
 
 void ToggleSwitch::setThumbPos(double position)
@@ -254,12 +209,12 @@ void ToggleSwitch::setTrackMix(double mix)
 
 QSize ToggleSwitch::sizeHint() const
 {
-    return preferredExtent;
+    return {200, 96};
 }
 
 void ToggleSwitch::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton && !changing()) {
+    if (event->button() == Qt::LeftButton && !isChanging()) {
         Q_EMIT toggled();
     }
 }
@@ -285,7 +240,7 @@ void ToggleSwitch::paintEvent(QPaintEvent * /*event*/)
 
     const QRectF track = trackRect();
     const QRectF thumb = thumbRect(track);
-    if (!changing()) {
+    if (!isChanging()) {
         paintTrack(painter, track);
         paintThumb(painter, thumb);
         return;
@@ -296,17 +251,14 @@ void ToggleSwitch::paintEvent(QPaintEvent * /*event*/)
     thumbPicture.show(painter, size(), [&](QPainter &picture) { paintThumb(picture, thumb); });
 }
 
-bool ToggleSwitch::changing() const
+bool ToggleSwitch::isOn() const
 {
-    return state_ == State::Connecting || state_ == State::Disconnecting;
+    return targetPosition(state_) == 1.0;
 }
 
-void ToggleSwitch::glide(QPropertyAnimation *animation, double from, double to)
+bool ToggleSwitch::isChanging() const
 {
-    animation->stop();
-    animation->setStartValue(from);
-    animation->setEndValue(to);
-    animation->start();
+    return state_ == State::Connecting || state_ == State::Disconnecting;
 }
 
 QColor ToggleSwitch::stateColour() const
@@ -316,7 +268,7 @@ QColor ToggleSwitch::stateColour() const
 
 int ToggleSwitch::glowAlpha() const
 {
-    return static_cast<int>(glowAlphaAtRest * pulseScale_);
+    return static_cast<int>(70.0 * pulseScale_);
 }
 
 QRectF ToggleSwitch::trackRect() const
@@ -326,9 +278,9 @@ QRectF ToggleSwitch::trackRect() const
 
 QRectF ToggleSwitch::thumbRect(const QRectF &track) const
 {
-    const double travel = track.width() - 2.0 * thumbInset - thumbDiameter;
-    return {track.left() + thumbInset + travel * thumbPos_, track.center().y() - thumbRadius,
-            thumbDiameter, thumbDiameter};
+    const double travel = trackWidth - 2.0 * thumbInset - thumbDiameter;
+    return {track.left() + thumbInset + travel * thumbPos_,
+            track.center().y() - thumbDiameter / 2.0, thumbDiameter, thumbDiameter};
 }
 
 void ToggleSwitch::paintGlow(QPainter &painter, const QRectF &track) const
@@ -337,7 +289,7 @@ void ToggleSwitch::paintGlow(QPainter &painter, const QRectF &track) const
     inner.setAlpha(glowAlpha());
     QColor outer{onRgb};
     outer.setAlpha(0);
-    QRadialGradient glow{track.center(), track.width() / glowRadiusDivisor};
+    QRadialGradient glow{track.center(), trackWidth / 1.8};
     glow.setColorAt(0.0, inner);
     glow.setColorAt(1.0, outer);
     painter.fillRect(rect(), glow);
@@ -346,15 +298,15 @@ void ToggleSwitch::paintGlow(QPainter &painter, const QRectF &track) const
 void ToggleSwitch::paintTrack(QPainter &painter, const QRectF &track) const
 {
     QPainterPath outline;
-    outline.addRoundedRect(track, trackRadius, trackRadius);
-    paintTrackFill(painter, outline, stateColour());
-    paintTrackBorder(painter, outline, hovered ? trackBorderHoverAlpha : trackBorderAlpha);
+    outline.addRoundedRect(track, trackHeight / 2.0, trackHeight / 2.0);
+    painter.fillPath(outline, stateColour());
+    painter.strokePath(outline, QPen{white(hovered ? 40 : 22), 1.5});
 }
 
 void ToggleSwitch::paintPulseRing(QPainter &painter, const QRectF &thumb) const
 {
-    const double radius = thumbRadius * pulseScale_;
-    painter.setPen(QPen{white(pulseRingAlpha), pulseRingWidth});
+    const double radius = thumbDiameter / 2.0 * pulseScale_;
+    painter.setPen(QPen{white(90), 2.5});
     painter.setBrush(Qt::NoBrush);
     painter.drawEllipse(thumb.center(), radius, radius);
 }
@@ -363,8 +315,8 @@ void ToggleSwitch::paintThumb(QPainter &painter, const QRectF &thumb) const
 {
     paintThumbShadow(painter, thumb);
     paintThumbBody(painter, thumb);
-    paintHighlight(painter, thumb);
-    paintRim(painter, thumb);
+    paintThumbHighlight(painter, thumb);
+    paintThumbRim(painter, thumb);
     paintPowerSymbol(painter, thumb.center(), stateColour());
 }
 

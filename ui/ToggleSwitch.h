@@ -40,6 +40,9 @@ public:
     /// switch already has changes nothing and restarts nothing.
     void setState(State newState);
     State state() const { return state_; }
+    /// The tunnel is up, or going down.
+    bool isOn() const;
+    bool isChanging() const;
 
     double thumbPos() const { return thumbPos_; }
     void setThumbPos(double position);
@@ -62,8 +65,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    bool changing() const;
-    void glide(QPropertyAnimation *animation, double from, double to);
     QColor stateColour() const;
     int glowAlpha() const;
     QRectF trackRect() const;
