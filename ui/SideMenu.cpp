@@ -8,64 +8,67 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <array>
 
 namespace ui {
 
 namespace {
 
-constexpr int slideMs = 180;
-constexpr qint32 initialPanelWidth = 200;
-constexpr int narrowestPanel = 170;
-constexpr int uncoveredStrip = 40;
+constexpr int minimumPanelWidth = 170;
+constexpr int uncoveredWidth = 40;
 constexpr int panelPadding = 14;
-constexpr int overlayAlpha = 110;
-constexpr QRgb panelRgb = qRgb(35, 37, 72);
+
+struct Row
+{
+    MenuItem::Kind icon;
+    const char *text;
+    void (SideMenu::*request)();
+};
+
+// The last one stands at the bottom of the panel.
+constexpr std::array rows{
+    Row{MenuItem::Gear, QT_TRANSLATE_NOOP("ui::SideMenu", "Settings"),
+        &SideMenu::settingsRequested},
+    Row{MenuItem::Key, QT_TRANSLATE_NOOP("ui::SideMenu", "Referral Code"),
+        &SideMenu::referralRequested},
+    Row{MenuItem::Envelope, QT_TRANSLATE_NOOP("ui::SideMenu", "Support"),
+        &SideMenu::supportRequested},
+    Row{MenuItem::Door, QT_TRANSLATE_NOOP("ui::SideMenu", "Exit"), &SideMenu::exitRequested},
+};
 
 } // namespace
 
 SideMenu::SideMenu(QWidget *parent)
     : Overlay(parent)
-    , panelWidth(initialPanelWidth)
 {
     setFocusPolicy(Qt::StrongFocus);
 
     panel = new QWidget{this};
     QPalette colours = panel->palette();
-    colours.setColor(QPalette::Window, QColor{panelRgb});
+    colours.setColor(QPalette::Window, QColor{35, 37, 72});
     panel->setPalette(colours);
     panel->setAutoFillBackground(true);
 
-    settingsItem = new MenuItem{MenuItem::Gear, tr("Settings"), panel};
-    referralItem = new MenuItem{MenuItem::Key, tr("Referral Code"), panel};
-    supportItem = new MenuItem{MenuItem::Envelope, tr("Support"), panel};
-    exitItem = new MenuItem{MenuItem::Door, tr("Exit"), panel};
-
-    auto *const rows = new QVBoxLayout{panel};
-    rows->setContentsMargins(0, panelPadding, 0, panelPadding);
-    rows->setSpacing(0);
-    rows->addWidget(settingsItem);
-    rows->addWidget(referralItem);
-    rows->addWidget(supportItem);
-    rows->addStretch(1);
-    rows->addWidget(exitItem);
-
-    const auto report = [this](MenuItem *row, void (SideMenu::*request)()) {
-        connect(row, &MenuItem::clicked, this, [this, request] {
+    auto *const column = new QVBoxLayout{panel};
+    column->setContentsMargins(0, panelPadding, 0, panelPadding);
+    column->setSpacing(0);
+    for (const Row &row : rows) {
+        auto *const item = new MenuItem{row.icon, {}, panel};
+        items.append(item);
+        column->addWidget(item);
+        connect(item, &MenuItem::clicked, this, [this, &row] {
             closeMenu();
-            Q_EMIT(this->*request)();
+            Q_EMIT(this->*row.request)();
         });
-    };
-    report(settingsItem, &SideMenu::settingsRequested);
-    report(referralItem, &SideMenu::referralRequested);
-    report(supportItem, &SideMenu::supportRequested);
-    report(exitItem, &SideMenu::exitRequested);
+    }
+    column->insertStretch(column->count() - 1, 1);
 
     anim = new QPropertyAnimation{panel, "geometry", this};
-    anim->setDuration(slideMs);
+    anim->setDuration(180);
     anim->setEasingCurve(QEasingCurve::OutCubic);
+    connect(anim, &QPropertyAnimation::finished, this, [this] { setVisible(open); });
 
-    nameForReaders();
-    fitPanel();
+    retranslate();
 }
 
 void SideMenu::openMenu()
@@ -75,41 +78,26 @@ void SideMenu::openMenu()
     }
     cover();
     fitPanel();
-    open = true;
-
-    anim->stop();
-    anim->setStartValue(panelRect(false));
-    anim->setEndValue(panelRect(true));
-    anim->start();
+    slide(true, panelRect(false));
     setFocus();
 }
 
 void SideMenu::closeMenu()
 {
-    if (!open) {
-        return;
+    if (open) {
+        slide(false, panel->geometry());
     }
-    open = false;
-
-    anim->stop();
-    anim->setStartValue(panel->geometry());
-    anim->setEndValue(panelRect(false));
-    disconnect(anim, &QPropertyAnimation::finished, this, nullptr);
-    connect(anim, &QPropertyAnimation::finished, this, [this] {
-        if (!open) {
-            hide();
-        }
-    });
-    anim->start();
 }
 
 void SideMenu::retranslate()
 {
-    settingsItem->setLabel(tr("Settings"));
-    referralItem->setLabel(tr("Referral Code"));
-    supportItem->setLabel(tr("Support"));
-    exitItem->setLabel(tr("Exit"));
-    nameForReaders();
+    QStringList names;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        names.append(tr(rows.at(i).text));
+        items.at(static_cast<int>(i))->setLabel(names.constLast());
+    }
+    // The menu has no title: a screen reader reads out what it offers.
+    setAccessibleName(names.join(QLatin1String{", "}));
     fitPanel();
 }
 
@@ -122,7 +110,7 @@ void SideMenu::mousePressEvent(QMouseEvent *event)
 
 void SideMenu::paintEvent(QPaintEvent * /*event*/)
 {
-    QPainter{this}.fillRect(rect(), QColor{0, 0, 0, overlayAlpha});
+    QPainter{this}.fillRect(rect(), QColor{0, 0, 0, 110});
 }
 
 void SideMenu::resizeEvent(QResizeEvent * /*event*/)
@@ -135,32 +123,32 @@ QRect SideMenu::panelRect(bool shown) const
     return {shown ? 0 : -panelWidth, 0, panelWidth, height()};
 }
 
-void SideMenu::nameForReaders()
-{
-    const QStringList names{settingsItem->text(), referralItem->text(), supportItem->text(),
-                            exitItem->text()};
-    setAccessibleName(names.join(QLatin1String{", "}));
-}
-
 void SideMenu::fitPanel()
 {
-    int width = 0;
-    for (const MenuItem *row : {settingsItem, referralItem, supportItem, exitItem}) {
-        width = std::max(width, row->sizeHint().width());
+    panelWidth = minimumPanelWidth;
+    for (const MenuItem *item : qAsConst(items)) {
+        panelWidth = std::max(panelWidth, item->sizeHint().width());
     }
-    width = std::max(width, narrowestPanel);
     if (parentWidget() != nullptr) {
-        width = std::min(width, parentWidget()->width() - uncoveredStrip);
+        panelWidth = std::min(panelWidth, parentWidget()->width() - uncoveredWidth);
     }
-    panelWidth = width;
     placePanel();
 }
 
 void SideMenu::placePanel()
 {
     panel->setGeometry(panelRect(open));
-    // Where a slide that is under way has to end now.
+    // A running slide ends at the new place.
     anim->setEndValue(panelRect(open));
+}
+
+void SideMenu::slide(bool opening, const QRect &from)
+{
+    open = opening;
+    anim->stop();
+    anim->setStartValue(from);
+    anim->setEndValue(panelRect(open));
+    anim->start();
 }
 
 } // namespace ui

@@ -8,11 +8,11 @@ namespace ui {
 
 class MenuItem;
 
-/// The menu that slides in from the left over the whole of its parent: a dark overlay and a panel
-/// with four rows.
+/// The menu that slides in from the left over the whole of its parent: a dark background and a
+/// panel with four rows.
 ///
-/// It reports what was chosen and opens nothing itself. A row closes the menu first and then
-/// reports, so that what the owner opens lies over a closing menu. No key closes it.
+/// It reports the user's choice and opens nothing itself. A row first closes the menu and then
+/// reports, so that the owner's page opens over a closing menu. No key closes the menu.
 class SideMenu : public Overlay
 {
     Q_OBJECT
@@ -41,18 +41,14 @@ protected:
 
 private:
     QRect panelRect(bool shown) const;
-    /// The menu has no title: to those who cannot see it, it is what it offers.
-    void nameForReaders();
     void fitPanel();
     void placePanel();
+    void slide(bool opening, const QRect &from);
 
     QWidget *panel;
-    MenuItem *settingsItem;
-    MenuItem *referralItem;
-    MenuItem *supportItem;
-    MenuItem *exitItem;
+    QList<MenuItem *> items;
     QPropertyAnimation *anim;
-    qint32 panelWidth;
+    int panelWidth = 0;
     bool open = false;
 };
 
