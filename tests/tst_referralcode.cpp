@@ -120,7 +120,7 @@ void tst_ReferralCode::everyAsciiCharacter()
 
 void tst_ReferralCode::nothingStored()
 {
-    QVERIFY(ui::referralcode::stored().isEmpty());
+    QVERIFY(storedReferralCode().isEmpty());
 }
 
 void tst_ReferralCode::storedAsGiven_data()
@@ -136,8 +136,8 @@ void tst_ReferralCode::storedAsGiven_data()
 void tst_ReferralCode::storedAsGiven()
 {
     QFETCH(QString, code);
-    ui::referralcode::store(code);
-    QCOMPARE(ui::referralcode::stored(), code);
+    storeReferralCode(code);
+    QCOMPARE(storedReferralCode(), code);
     QCOMPARE(QSettings{}.value(QStringLiteral("referral_code")).toString(), code);
 }
 

@@ -8,10 +8,7 @@ namespace ui::catalogue {
 
 namespace {
 
-QString languageKey()
-{
-    return QStringLiteral("language");
-}
+constexpr QLatin1String languageKey{"language"};
 
 } // namespace
 
@@ -35,12 +32,12 @@ bool load(QTranslator &translator, const QString &tag)
 
 QString storedTag()
 {
-    return QSettings{}.value(languageKey()).toString();
+    return QSettings{}.value(languageKey).toString();
 }
 
 void storeTag(const QString &tag)
 {
-    QSettings{}.setValue(languageKey(), tag);
+    QSettings{}.setValue(languageKey, tag);
 }
 
 QString localeTag()

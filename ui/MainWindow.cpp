@@ -6,13 +6,13 @@
 #include "ui/BackgroundGradient.h"
 #include "ui/Catalogue.h"
 #include "ui/KeptPicture.h"
+#include "ui/StatusLabel.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
 #include "ui/ReferralCode.h"
 #include "ui/ReferralDialog.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SideMenu.h"
-#include "ui/StatusLabel.h"
 #include "ui/SupportDialog.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/ToolButton.h"
@@ -303,7 +303,7 @@ void MainWindow::onServiceConnectionChanged(bool connected)
     if (connected) {
         pillLabel->say(tr("Service connected"));
         sendLanguage(currentLanguage());
-        const QString code = ui::referralcode::stored();
+        const QString code = storedReferralCode();
         if (isValidReferralCode(code)) {
             sendReferralCode(code);
         }

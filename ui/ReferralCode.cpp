@@ -3,32 +3,24 @@
 #include <QRegularExpression>
 #include <QSettings>
 
-bool isValidReferralCode(const QString &code)
-{
-    static const QRegularExpression pattern{QStringLiteral("^[A-Za-z0-9]{6}$")};
-    // The pattern's end also stands before a line feed that ends the text.
-    return pattern.match(code).capturedLength() == code.size() && !code.isEmpty();
-}
-
-namespace ui::referralcode {
-
 namespace {
 
-QString settingsKey()
-{
-    return QStringLiteral("referral_code");
-}
+constexpr QLatin1String settingsKey{"referral_code"};
 
 } // namespace
 
-QString stored()
+bool isValidReferralCode(const QString &code)
 {
-    return QSettings{}.value(settingsKey()).toString();
+    static const QRegularExpression pattern{QStringLiteral("\\A[A-Za-z0-9]{6}\\z")};
+    return pattern.match(code).hasMatch();
 }
 
-void store(const QString &code)
+QString storedReferralCode()
 {
-    QSettings{}.setValue(settingsKey(), code);
+    return QSettings{}.value(settingsKey).toString();
 }
 
-} // namespace ui::referralcode
+void storeReferralCode(const QString &code)
+{
+    QSettings{}.setValue(settingsKey, code);
+}

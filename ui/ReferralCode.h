@@ -8,10 +8,6 @@
 /// line feed at the end, no look-alike letter.
 bool isValidReferralCode(const QString &code);
 
-namespace ui::referralcode {
-
 /// What is stored, valid or not; empty if nothing is.
-QString stored();
-void store(const QString &code);
-
-} // namespace ui::referralcode
+QString storedReferralCode();
+void storeReferralCode(const QString &code);

@@ -62,7 +62,7 @@ ReferralDialog::ReferralDialog(QWidget *parent)
     promptLabel->setBuddy(codeEdit);
     codeEdit->setPlaceholderText(tr("e.g. ABC123"));
     codeEdit->setMaxLength(longestEntry);
-    const QString stored = referralcode::stored();
+    const QString stored = storedReferralCode();
     if (!stored.isEmpty()) {
         codeEdit->setText(stored);
     }
@@ -123,7 +123,7 @@ void ReferralDialog::onSave()
                    QStringLiteral("error"));
         return;
     }
-    referralcode::store(code);
+    storeReferralCode(code);
     Q_EMIT referralSaved(code);
     showStatus(tr("Saved ✓"), QStringLiteral("ok"));
     saveButton->setEnabled(false);

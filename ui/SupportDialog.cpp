@@ -78,7 +78,6 @@ SupportDialog::SupportDialog(QWidget *parent)
     referral.row->hide();
     body->addStretch(1);
 
-
     retranslateUi();
 }
 
@@ -134,7 +133,7 @@ void SupportDialog::nameButton(const CopyRow &row)
 
 void SupportDialog::refreshReferral()
 {
-    const QString code = referralcode::stored();
+    const QString code = storedReferralCode();
     const bool valid = isValidReferralCode(code);
     if (valid) {
         showOn(referral, code);

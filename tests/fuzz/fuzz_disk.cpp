@@ -181,7 +181,7 @@ void tryLanguage()
 
 void tryReferralCode()
 {
-    const QString code = ui::referralcode::stored();
+    const QString code = storedReferralCode();
     require(isValidReferralCode(code) == isCode(code), "the rule for codes:", code);
     const ui::ReferralDialog dialog{nullptr};
     require(dialog.findChild<QLineEdit *>()->text().size() <= 12, "a long code");
