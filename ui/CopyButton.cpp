@@ -7,12 +7,6 @@
 
 namespace ui {
 
-namespace {
-
-constexpr QChar ellipsis{0x2026};
-
-} // namespace
-
 CopyButton::CopyButton(const QString &text, QWidget *parent)
     : QPushButton(text, parent)
 {

@@ -7,6 +7,7 @@ namespace ui {
 namespace {
 
 const QColor linkColour{255, 138, 78};
+constexpr QLatin1String linkStyle{"color:#FF8A4E;text-decoration:none;font-weight:600;"};
 
 } // namespace
 
@@ -36,9 +37,12 @@ void LinkLabel::focusInEvent(QFocusEvent *event)
 void LinkLabel::showAddress(const QString &address)
 {
     shownAddress = address;
-    setText(QStringLiteral("<a style=\"color:#FF8A4E;text-decoration:none;font-weight:600;\""
-                           " href=\"%1\">%1</a>")
-                .arg(address));
+    setText(QStringLiteral("<a style=\"%1\" href=\"%2\">%2</a>").arg(linkStyle, address));
+}
+
+void LinkLabel::showMarkup(const QString &markup)
+{
+    setText(QStringLiteral("<style>a{") + linkStyle + QStringLiteral("}</style>") + markup);
 }
 
 bool LinkLabel::focusNextPrevChild(bool next)

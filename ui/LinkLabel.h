@@ -17,6 +17,8 @@ public:
 
     /// Makes the label one link to this address and nothing else.
     void showAddress(const QString &address);
+    /// Shows rich text of any kind, with the links in the program's style.
+    void showMarkup(const QString &markup);
     /// Empty unless showAddress() was called.
     QString address() const { return shownAddress; }
 

@@ -19,9 +19,7 @@ namespace ui {
 
 namespace {
 
-constexpr int narrowest = 360;
-constexpr QMargins surround{24, 22, 24, 18};
-constexpr int gap = 16;
+constexpr int minimumDialogWidth = 360;
 
 // The share of the screen that a notice may take; window frames and panels have the rest.
 constexpr double screenShare = 0.8;
@@ -29,19 +27,12 @@ constexpr double screenShare = 0.8;
 QString dialogStyle()
 {
     return QStringLiteral(
-        "QDialog { background: #1B1D3D; }"
-        "QLabel { color: #F2F2FA; font-size: 13px; }"
         "QPushButton { background: #E25822; color: #F2F2FA; border: none; border-radius: 8px;"
         " padding: 7px 22px; min-width: 80px; }"
         "QPushButton:hover { background: #FF6A30; }");
 }
 
-QString linkStyle()
-{
-    return QStringLiteral("<style>a{color:#FF8A4E;text-decoration:none;font-weight:600;}</style>");
-}
-
-// The toolkit's own bars are light. Both lie close to the text and stand back behind it.
+// Qt's own scroll bars are light.
 QString scrollStyle()
 {
     return QStringLiteral(
@@ -96,24 +87,13 @@ QScrollArea *scrolling(LinkLabel *label)
 } // namespace
 
 NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
-    : QDialog(parent)
+    : Dialog(dialogStyle(), minimumDialogWidth, {24, 22, 24, 18}, 16, parent)
 {
     setWindowTitle(tr("Notice"));
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
-    setStyleSheet(dialogStyle());
-    setModal(true);
-    setMinimumWidth(narrowest);
-    // With the main window hidden in the tray this is the last window there is, and its end must
-    // not be the program's.
-    setAttribute(Qt::WA_QuitOnClose, false);
-
-    auto *const column = new QVBoxLayout{this};
-    column->setContentsMargins(surround);
-    column->setSpacing(gap);
 
     auto *const label = new LinkLabel{this};
     label->setWordWrap(true);
-    label->setText(linkStyle() + safeMarkup(text));
+    label->showMarkup(safeMarkup(text));
     auto *const buttons = new QDialogButtonBox{QDialogButtonBox::Ok, this};
     QPushButton *const ok = buttons->button(QDialogButtonBox::Ok);
     // Some styles put a picture on it that goes with no colour of ours.
@@ -124,14 +104,15 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
 
     const QSize room = screen()->availableSize() * screenShare;
     label->ensurePolished();
-    const int width = std::max(narrowest, std::min(column->sizeHint().width(), room.width()));
+    const int width =
+        std::max(minimumDialogWidth, std::min(column->sizeHint().width(), room.width()));
     const int height = column->totalHeightForWidth(width);
     if (column->minimumSize().width() > room.width() || height > room.height()) {
         column->removeWidget(label);
         column->insertWidget(0, scrolling(label));
         label->setFocus();
     }
-    // A size left to the toolkit would never be more than two thirds of the screen.
+    // Qt by itself would limit the size to two thirds of the screen.
     resize(width, std::min(height, room.height()));
 }
 

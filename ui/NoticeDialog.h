@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDialog>
+#include "ui/Dialog.h"
 
 namespace ui {
 
@@ -10,7 +10,7 @@ namespace ui {
 /// and leave the dialog open. A notice that is too large for the screen scrolls, with the button in
 /// sight.
 /// The dialog knows nothing of other notices and does not follow a change of language.
-class NoticeDialog : public QDialog
+class NoticeDialog : public Dialog
 {
     Q_OBJECT
 

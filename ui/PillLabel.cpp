@@ -21,8 +21,6 @@ constexpr int toolTipColumns = 80;
 // The share of the screen that a tool tip may take.
 constexpr double screenShare = 0.8;
 
-constexpr QChar ellipsis{0x2026};
-
 QString withoutTrailingBlanks(QString line)
 {
     while (!line.isEmpty() && line.back().isSpace()) {

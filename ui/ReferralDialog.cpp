@@ -1,7 +1,7 @@
 #include "ui/ReferralDialog.h"
 
-#include "ui/ReferralCode.h"
 #include "ui/StatusLabel.h"
+#include "ui/ReferralCode.h"
 
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -20,17 +20,12 @@ namespace ui {
 
 namespace {
 
-constexpr int narrowest = 280;
-constexpr QMargins surround{22, 20, 22, 16};
-constexpr int gap = 12;
-constexpr int longestEntry = 12;
+constexpr int minimumDialogWidth = 280;
 constexpr std::chrono::milliseconds closeDelay{1200};
 
 QString dialogStyle()
 {
     return QStringLiteral(
-        "QDialog { background: #1B1D3D; }"
-        "QLabel { color: #F2F2FA; font-size: 13px; }"
         "QLabel#status { font-size: 12px; min-height: 16px; }"
         "QLabel#status[state=\"ok\"] { color: #4CAF50; }"
         "QLabel#status[state=\"error\"] { color: #E25822; }"
@@ -46,26 +41,15 @@ QString dialogStyle()
 } // namespace
 
 ReferralDialog::ReferralDialog(QWidget *parent)
-    : QDialog(parent)
+    : Dialog(dialogStyle(), minimumDialogWidth, {22, 20, 22, 16}, 12, parent)
 {
-    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
-    setStyleSheet(dialogStyle());
-    setModal(true);
-    setMinimumWidth(narrowest);
-    // As for notices: its end is not the program's, even with the main window in the tray.
-    setAttribute(Qt::WA_QuitOnClose, false);
-
     promptLabel = new QLabel{this};
     promptLabel->setWordWrap(true);
 
     codeEdit = new QLineEdit{this};
     promptLabel->setBuddy(codeEdit);
-    codeEdit->setPlaceholderText(tr("e.g. ABC123"));
-    codeEdit->setMaxLength(longestEntry);
-    const QString stored = storedReferralCode();
-    if (!stored.isEmpty()) {
-        codeEdit->setText(stored);
-    }
+    codeEdit->setMaxLength(12);
+    codeEdit->setText(storedReferralCode());
 
     statusLabel = new StatusLabel{{}, this};
     statusLabel->setObjectName(QStringLiteral("status"));
@@ -73,13 +57,10 @@ ReferralDialog::ReferralDialog(QWidget *parent)
     statusLabel->hide();
 
     auto *const buttons = new QDialogButtonBox{this};
-    saveButton = buttons->addButton(tr("Save"), QDialogButtonBox::AcceptRole);
+    saveButton = buttons->addButton(QString{}, QDialogButtonBox::AcceptRole);
     // Some desktops put an icon on it that fits neither the colours nor the other button.
     buttons->addButton(QDialogButtonBox::Cancel)->setIcon({});
 
-    auto *const column = new QVBoxLayout{this};
-    column->setContentsMargins(surround);
-    column->setSpacing(gap);
     column->addWidget(promptLabel);
     column->addWidget(codeEdit);
     column->addWidget(statusLabel);
@@ -91,9 +72,9 @@ ReferralDialog::ReferralDialog(QWidget *parent)
 
     retranslateUi();
 
-    // A size left to the toolkit would never be more than two thirds of the screen, which is not
-    // enough where everything is shown three times as large.
-    const int width = std::max(narrowest, column->totalSizeHint().width());
+    // Qt by itself would limit the size to two thirds of the screen, which is not enough at a scale
+    // of 300 %.
+    const int width = std::max(minimumDialogWidth, column->totalSizeHint().width());
     resize(width, column->totalHeightForWidth(width));
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDialog>
+#include "ui/Dialog.h"
 
 class QLabel;
 class QLineEdit;
@@ -15,7 +15,7 @@ class StatusLabel;
 /// A valid code is stored and announced at once; the dialog then closes by itself after 1200 ms.
 /// An invalid one is answered beside the field and changes nothing. The dialog does not talk to
 /// the service: its owner does, on the signal.
-class ReferralDialog : public QDialog
+class ReferralDialog : public Dialog
 {
     Q_OBJECT
 

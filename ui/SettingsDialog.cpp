@@ -1,6 +1,5 @@
 #include "ui/SettingsDialog.h"
 
-
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>

@@ -6,8 +6,6 @@ namespace ui {
 
 namespace {
 
-constexpr QChar ellipsis{0x2026};
-
 bool breaksTheLine(QChar c)
 {
     const QChar::Category category = c.category();

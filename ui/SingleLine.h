@@ -4,6 +4,8 @@
 
 namespace ui {
 
+constexpr QChar ellipsis{0x2026};
+
 /// More characters than the window could ever show on one line.
 constexpr int singleLineLimit = 256;
 
