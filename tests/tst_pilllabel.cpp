@@ -486,10 +486,10 @@ void tst_PillLabel::toolTipGoesWithItsText()
     QTest::mouseMove(&pill, pill.rect().center());
     QTRY_VERIFY(pill.underMouse());
     QVERIFY(!toolTipOf(pill).isEmpty());
-    pill.say(repeated("x", toolTipLimit));
+    pill.announceChange(repeated("x", toolTipLimit));
     QVERIFY(QToolTip::isVisible());
     // The mouse rests, and asks for nothing.
-    pill.say(repeated("y", toolTipLimit));
+    pill.announceChange(repeated("y", toolTipLimit));
     QVERIFY(support::waitFor([] { return !QToolTip::isVisible(); }));
 }
 
@@ -507,7 +507,7 @@ void tst_PillLabel::toolTipsOfOthersStay()
     QTest::mouseMove(&other, other.rect().center());
     QTRY_VERIFY(other.underMouse());
     QVERIFY(!toolTipOf(other).isEmpty());
-    pill.say(QStringLiteral("another"));
+    pill.announceChange(QStringLiteral("another"));
     // What has to go goes after 300 ms; where the mouse rests another comes after 700.
     constexpr int goneByThenMs = 600;
     QVERIFY(!QTest::qWaitFor([] { return !QToolTip::isVisible(); }, goneByThenMs));

@@ -1,7 +1,7 @@
 #include "ui/Accessibility.h"
 
 #include "ui/LinkLabel.h"
-#include "ui/StatusLabel.h"
+#include "ui/LiveLabel.h"
 #include "ui/Overlay.h"
 #include "ui/ToggleSwitch.h"
 
@@ -54,7 +54,7 @@ public:
 
     QAccessible::Role role() const override
     {
-        return qobject_cast<StatusLabel *>(object()) != nullptr ? QAccessible::Notification
+        return qobject_cast<LiveLabel *>(object()) != nullptr ? QAccessible::Notification
                                                               : QAccessible::StaticText;
     }
 
@@ -174,7 +174,7 @@ QAccessibleInterface *make(const QString & /*className*/, QObject *object)
     if (auto *const toggle = qobject_cast<ToggleSwitch *>(object)) {
         return new Switch{toggle};
     }
-    if (auto *const label = qobject_cast<StatusLabel *>(object)) {
+    if (auto *const label = qobject_cast<LiveLabel *>(object)) {
         return new Text{label};
     }
     if (auto *const link = qobject_cast<LinkLabel *>(object)) {

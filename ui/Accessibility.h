@@ -8,7 +8,7 @@ namespace ui::accessibility {
 /// - the switch is a check box: checked while the tunnel is up or going down, busy and disabled
 ///   while a change is under way; to toggle it does what a left click in its middle would,
 ///   nothing where the click would not reach it;
-/// - the texts of a StatusLabel are notifications;
+/// - the texts of a LiveLabel are notifications;
 /// - what an Overlay covers is not showing;
 /// - a LinkLabel that shows an address is a link that can be pressed;
 /// - a dialog says whether it is modal;

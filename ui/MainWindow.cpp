@@ -6,7 +6,7 @@
 #include "ui/BackgroundGradient.h"
 #include "ui/Catalogue.h"
 #include "ui/KeptPicture.h"
-#include "ui/StatusLabel.h"
+#include "ui/LiveLabel.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
 #include "ui/ReferralCode.h"
@@ -154,7 +154,7 @@ void MainWindow::buildMainScreen()
 
     toggle = new ToggleSwitch{background};
 
-    statusLabel = makeLabel(new ui::StatusLabel{tr("Disconnected"), background}, "status");
+    statusLabel = makeLabel(new ui::LiveLabel{tr("Disconnected"), background}, "status");
     statusLabel->setAlignment(Qt::AlignCenter);
     hintLabel = makeLabel(new QLabel{tr("Tap the switch to connect"), background}, "hint");
     hintLabel->setAlignment(Qt::AlignCenter);
@@ -236,7 +236,7 @@ void MainWindow::changeEvent(QEvent *event)
 void MainWindow::onToggleClicked()
 {
     if (!serviceConnected) {
-        pillLabel->answer(tr("Service is not running"));
+        pillLabel->announce(tr("Service is not running"));
         return;
     }
     switch (toggle->state()) {
@@ -290,9 +290,9 @@ void MainWindow::apply(const ui::Display &display)
     if (display.pill) {
         const auto &[text, value] = *display.pill;
         if (text == nullptr) {
-            pillLabel->say(value);
+            pillLabel->announceChange(value);
         } else {
-            pillLabel->say(tr(text).replace(QLatin1String{"%1"}, value));
+            pillLabel->announceChange(tr(text).replace(QLatin1String{"%1"}, value));
         }
     }
 }
@@ -301,7 +301,7 @@ void MainWindow::onServiceConnectionChanged(bool connected)
 {
     serviceConnected = connected;
     if (connected) {
-        pillLabel->say(tr("Service connected"));
+        pillLabel->announceChange(tr("Service connected"));
         sendLanguage(currentLanguage());
         const QString code = storedReferralCode();
         if (isValidReferralCode(code)) {
@@ -309,7 +309,7 @@ void MainWindow::onServiceConnectionChanged(bool connected)
         }
         client->send(ipc::protocol::statusCommand);
     } else {
-        pillLabel->say(tr("Service is not running"));
+        pillLabel->announceChange(tr("Service is not running"));
         toggle->setState(ToggleSwitch::State::Off);
         showStatus(tr("Disconnected"));
         tray->setStatusText(tr("Service is not running"));
@@ -370,9 +370,9 @@ void MainWindow::retranslateUi()
     nameControls();
     if (!serviceConnected) {
         showStatus(tr("Disconnected"));
-        pillLabel->say(tr("Service is not running"));
+        pillLabel->announceChange(tr("Service is not running"));
     } else if (lastStatus.isEmpty()) {
-        pillLabel->say(tr("Service connected"));
+        pillLabel->announceChange(tr("Service connected"));
     } else {
         applyStatus(lastStatus);
     }
@@ -392,7 +392,7 @@ void MainWindow::nameControls()
 
 void MainWindow::showStatus(const QString &text)
 {
-    statusLabel->say(text);
+    statusLabel->announceChange(text);
     if (toggle->accessibleDescription() != text) {
         toggle->setAccessibleDescription(text);
     }

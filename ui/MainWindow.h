@@ -17,7 +17,7 @@ namespace ui {
 class PillLabel;
 class SettingsDialog;
 class SideMenu;
-class StatusLabel;
+class LiveLabel;
 class SupportDialog;
 class ToggleSwitch;
 class ToolButton;
@@ -76,7 +76,7 @@ private:
     ui::SupportDialog *supportPage = nullptr;
     ui::ToggleSwitch *toggle = nullptr;
     QLabel *titleLabel = nullptr;
-    ui::StatusLabel *statusLabel = nullptr;
+    ui::LiveLabel *statusLabel = nullptr;
     QLabel *hintLabel = nullptr;
     ui::PillLabel *pillLabel = nullptr;
     ui::ToolButton *menuButton = nullptr;

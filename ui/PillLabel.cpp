@@ -57,14 +57,23 @@ QString inLines(const QString &text, const QFont &font, const QSize &room)
 } // namespace
 
 PillLabel::PillLabel(const QString &text, QWidget *parent)
-    : StatusLabel(text, parent)
+    : LiveLabel(text, parent)
 {
     setTextFormat(Qt::PlainText);
 }
 
+void PillLabel::announce(const QString &text)
+{
+    LiveLabel::announce(text);
+    // The tool tip would go on showing the old text.
+    if (underMouse()) {
+        QToolTip::hideText();
+    }
+}
+
 QSize PillLabel::sizeHint() const
 {
-    return sizeFor(beginning());
+    return sizeFor(singleLine(text()));
 }
 
 QSize PillLabel::minimumSizeHint() const
@@ -74,17 +83,19 @@ QSize PillLabel::minimumSizeHint() const
 
 QString PillLabel::shownText() const
 {
-    return fontMetrics().elidedText(beginning(), Qt::ElideRight, contentsRect().width());
+    return fontMetrics().elidedText(singleLine(text()), Qt::ElideRight, contentsRect().width());
 }
 
 bool PillLabel::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
-        const QPoint place = static_cast<QHelpEvent *>(event)->globalPos();
-        QToolTip::showText(place, isShortened() ? toolTipText() : QString{}, this);
+        const bool isShortened =
+            text().size() > singleLineLimit || shownText() != singleLine(text());
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
+                           isShortened ? toolTipText() : QString{}, this);
         return true;
     }
-    return StatusLabel::event(event);
+    return LiveLabel::event(event);
 }
 
 void PillLabel::paintEvent(QPaintEvent * /*event*/)
@@ -93,16 +104,6 @@ void PillLabel::paintEvent(QPaintEvent * /*event*/)
     drawFrame(&painter);
     style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(),
                           isEnabled(), shownText(), foregroundRole());
-}
-
-QString PillLabel::beginning() const
-{
-    return singleLine(text());
-}
-
-bool PillLabel::isShortened() const
-{
-    return text().size() > singleLineLimit || shownText() != beginning();
 }
 
 QString PillLabel::toolTipText() const

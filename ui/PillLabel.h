@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/StatusLabel.h"
+#include "ui/LiveLabel.h"
 
 namespace ui {
 
@@ -12,12 +12,15 @@ namespace ui {
 /// or fewer where the screen cannot hold them, in lines that are broken inside a word if need be.
 /// The label never asks for more width than its parent has to give, so a long text moves nothing.
 /// The cost of showing a text does not grow with its length.
-class PillLabel : public StatusLabel
+class PillLabel : public LiveLabel
 {
     Q_OBJECT
 
 public:
     explicit PillLabel(const QString &text, QWidget *parent = nullptr);
+
+    /// Also ends a tool tip that shows the old text.
+    void announce(const QString &text) override;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -30,8 +33,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    QString beginning() const;
-    bool isShortened() const;
     QString toolTipText() const;
     QSize sizeFor(const QString &line) const;
 };

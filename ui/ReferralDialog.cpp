@@ -1,6 +1,6 @@
 #include "ui/ReferralDialog.h"
 
-#include "ui/StatusLabel.h"
+#include "ui/LiveLabel.h"
 #include "ui/ReferralCode.h"
 
 #include <QDialogButtonBox>
@@ -51,7 +51,7 @@ ReferralDialog::ReferralDialog(QWidget *parent)
     codeEdit->setMaxLength(12);
     codeEdit->setText(storedReferralCode());
 
-    statusLabel = new StatusLabel{{}, this};
+    statusLabel = new LiveLabel{{}, this};
     statusLabel->setObjectName(QStringLiteral("status"));
     statusLabel->setWordWrap(true);
     statusLabel->hide();
@@ -113,7 +113,7 @@ void ReferralDialog::onSave()
 
 void ReferralDialog::showStatus(const QString &text, const QString &state)
 {
-    statusLabel->answer(text);
+    statusLabel->announce(text);
     statusLabel->setProperty("state", state);
     statusLabel->style()->unpolish(statusLabel);
     statusLabel->style()->polish(statusLabel);

@@ -8,7 +8,7 @@ class QPushButton;
 
 namespace ui {
 
-class StatusLabel;
+class LiveLabel;
 
 /// The dialog in which the user enters a referral code.
 ///
@@ -36,7 +36,7 @@ private:
 
     QLabel *promptLabel = nullptr;
     QLineEdit *codeEdit = nullptr;
-    StatusLabel *statusLabel = nullptr;
+    LiveLabel *statusLabel = nullptr;
     QPushButton *saveButton = nullptr;
 };
 

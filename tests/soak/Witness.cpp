@@ -119,7 +119,7 @@ QJsonObject Witness::testimony()
         told[QStringLiteral("switchBottom")] = place.bottom();
     }
     told[QStringLiteral("pill")] = textOf("ui::PillLabel");
-    told[QStringLiteral("status")] = textOf("ui::StatusLabel");
+    told[QStringLiteral("status")] = textOf("ui::LiveLabel");
     told[QStringLiteral("menu")] = isMenuOpen();
     told[QStringLiteral("menuShows")] = isVisible("ui::SideMenu");
     told[QStringLiteral("settings")] = isVisible("ui::SettingsDialog");
