@@ -4,8 +4,8 @@
 #include "ipc/ServiceClient.h"
 #include "ui/Accessibility.h"
 #include "ui/BackgroundGradient.h"
+#include "ui/CachedPicture.h"
 #include "ui/Catalogue.h"
-#include "ui/KeptPicture.h"
 #include "ui/LiveLabel.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
@@ -83,7 +83,7 @@ protected:
     {
         QPainter painter{this};
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        composed.show(painter, size(), [this](QPainter &picture) { compose(picture); });
+        composed.draw(painter, size(), [this](QPainter &picture) { compose(picture); });
     }
 
 private:
@@ -100,7 +100,7 @@ private:
     }
 
     QPixmap map;
-    ui::KeptPicture composed{ui::KeptPicture::Ground::Opaque};
+    ui::CachedPicture composed{ui::CachedPicture::Background::Opaque};
 };
 
 template <typename Label> Label *makeLabel(Label *label, const char *name)

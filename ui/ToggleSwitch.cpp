@@ -185,7 +185,7 @@ void ToggleSwitch::setState(State newState)
 void ToggleSwitch::setThumbPos(double position)
 {
     thumbPos_ = position;
-    thumbPicture.markStale();
+    thumbPicture.invalidate();
     update();
 }
 
@@ -194,7 +194,7 @@ void ToggleSwitch::setPulseScale(double scale)
     const int glowBefore = glowAlpha();
     pulseScale_ = scale;
     if (glowAlpha() != glowBefore) {
-        glowPicture.markStale();
+        glowPicture.invalidate();
     }
     update();
 }
@@ -202,8 +202,8 @@ void ToggleSwitch::setPulseScale(double scale)
 void ToggleSwitch::setTrackMix(double mix)
 {
     trackMix_ = mix;
-    trackPicture.markStale();
-    thumbPicture.markStale();
+    trackPicture.invalidate();
+    thumbPicture.invalidate();
     update();
 }
 
@@ -222,14 +222,14 @@ void ToggleSwitch::mousePressEvent(QMouseEvent *event)
 void ToggleSwitch::enterEvent(QEvent * /*event*/)
 {
     hovered = true;
-    trackPicture.markStale();
+    trackPicture.invalidate();
     update();
 }
 
 void ToggleSwitch::leaveEvent(QEvent * /*event*/)
 {
     hovered = false;
-    trackPicture.markStale();
+    trackPicture.invalidate();
     update();
 }
 
@@ -245,10 +245,10 @@ void ToggleSwitch::paintEvent(QPaintEvent * /*event*/)
         paintThumb(painter, thumb);
         return;
     }
-    glowPicture.show(painter, size(), [&](QPainter &picture) { paintGlow(picture, track); });
-    trackPicture.show(painter, size(), [&](QPainter &picture) { paintTrack(picture, track); });
+    glowPicture.draw(painter, size(), [&](QPainter &picture) { paintGlow(picture, track); });
+    trackPicture.draw(painter, size(), [&](QPainter &picture) { paintTrack(picture, track); });
     paintPulseRing(painter, thumb);
-    thumbPicture.show(painter, size(), [&](QPainter &picture) { paintThumb(picture, thumb); });
+    thumbPicture.draw(painter, size(), [&](QPainter &picture) { paintThumb(picture, thumb); });
 }
 
 bool ToggleSwitch::isOn() const

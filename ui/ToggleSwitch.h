@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/KeptPicture.h"
+#include "ui/CachedPicture.h"
 
 #include <QColor>
 #include <QRectF>
@@ -83,9 +83,9 @@ private:
     QPropertyAnimation *thumbAnim;
     QPropertyAnimation *mixAnim;
     QSequentialAnimationGroup *pulseGroup;
-    KeptPicture glowPicture;
-    KeptPicture trackPicture;
-    KeptPicture thumbPicture;
+    CachedPicture glowPicture;
+    CachedPicture trackPicture;
+    CachedPicture thumbPicture;
 };
 
 } // namespace ui

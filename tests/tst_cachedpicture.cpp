@@ -1,12 +1,12 @@
 #include "support/Pictures.h"
-#include "ui/KeptPicture.h"
+#include "ui/CachedPicture.h"
 
 #include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QTest>
 
-using ui::KeptPicture;
+using ui::CachedPicture;
 
 namespace {
 
@@ -38,7 +38,7 @@ QImage canvas(double ratio)
 
 } // namespace
 
-class tst_KeptPicture : public QObject
+class tst_CachedPicture : public QObject
 {
     Q_OBJECT
 
@@ -47,7 +47,7 @@ private Q_SLOTS:
     void looksAsIfDrawnInPlace();
     void opaquePictureKeepsNoAlpha();
     void drawsOnceForManyFrames();
-    void drawsAgainWhenStale();
+    void drawsAgainWhenInvalid();
     void drawsAgainAfterRelease();
     void drawsAgainForAnotherDevice_data();
     void drawsAgainForAnotherDevice();
@@ -55,7 +55,7 @@ private Q_SLOTS:
     void keepsWithinTheClip();
 };
 
-void tst_KeptPicture::looksAsIfDrawnInPlace_data()
+void tst_CachedPicture::looksAsIfDrawnInPlace_data()
 {
     QTest::addColumn<double>("ratio");
     QTest::addColumn<QPointF>("place");
@@ -69,7 +69,7 @@ void tst_KeptPicture::looksAsIfDrawnInPlace_data()
     }
 }
 
-void tst_KeptPicture::looksAsIfDrawnInPlace()
+void tst_CachedPicture::looksAsIfDrawnInPlace()
 {
     QFETCH(double, ratio);
     QFETCH(QPointF, place);
@@ -85,22 +85,22 @@ void tst_KeptPicture::looksAsIfDrawnInPlace()
     // A translucent edge is rounded once more on its way over the picture.
     constexpr int tolerance = 1;
 
-    KeptPicture kept;
+    CachedPicture cached;
     const QImage shown =
-        image([&](QPainter &painter) { kept.show(painter, widgetExtent, &drawing); });
+        image([&](QPainter &painter) { cached.draw(painter, widgetExtent, &drawing); });
     const QImage direct = image(&drawing);
     QVERIFY(direct != canvas(ratio));
     QCOMPARE(support::difference(shown, direct, tolerance), QString{});
 }
 
-void tst_KeptPicture::opaquePictureKeepsNoAlpha()
+void tst_CachedPicture::opaquePictureKeepsNoAlpha()
 {
-    KeptPicture kept{KeptPicture::Ground::Opaque};
+    CachedPicture cached{CachedPicture::Background::Opaque};
     QImage shown = canvas(2.0);
     QImage direct = canvas(2.0);
     {
         QPainter painter{&shown};
-        kept.show(painter, widgetExtent, [](QPainter &picture) {
+        cached.draw(painter, widgetExtent, [](QPainter &picture) {
             const auto *const pixels = dynamic_cast<QPixmap *>(picture.device());
             QVERIFY(pixels != nullptr && !pixels->hasAlphaChannel());
             opaqueDrawing(picture);
@@ -111,46 +111,46 @@ void tst_KeptPicture::opaquePictureKeepsNoAlpha()
     QCOMPARE(shown, direct);
 }
 
-void tst_KeptPicture::drawsOnceForManyFrames()
+void tst_CachedPicture::drawsOnceForManyFrames()
 {
     int drawn = 0;
-    KeptPicture kept;
+    CachedPicture cached;
     for (int frame = 0; frame < 5; ++frame) {
         QImage image = canvas(1.5);
         QPainter painter{&image};
         painter.translate(7, 5);
-        kept.show(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
+        cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
     }
     QCOMPARE(drawn, 1);
 }
 
-void tst_KeptPicture::drawsAgainWhenStale()
+void tst_CachedPicture::drawsAgainWhenInvalid()
 {
-    KeptPicture kept;
+    CachedPicture cached;
     QImage image = canvas(1.0);
     QPainter painter{&image};
-    kept.show(painter, widgetExtent, &drawing);
-    kept.markStale();
+    cached.draw(painter, widgetExtent, &drawing);
+    cached.invalidate();
     // Nothing of the former drawing is left in the new one.
     image.fill(Qt::white);
-    kept.show(painter, widgetExtent, [](QPainter & /*picture*/) {});
+    cached.draw(painter, widgetExtent, [](QPainter & /*picture*/) {});
     QCOMPARE(image, canvas(1.0));
 }
 
-void tst_KeptPicture::drawsAgainAfterRelease()
+void tst_CachedPicture::drawsAgainAfterRelease()
 {
     int drawn = 0;
-    KeptPicture kept;
+    CachedPicture cached;
     QImage image = canvas(1.0);
     QPainter painter{&image};
-    kept.show(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
-    kept.release();
-    kept.show(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
-    kept.show(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
+    cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
+    cached.release();
+    cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
+    cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
     QCOMPARE(drawn, 2);
 }
 
-void tst_KeptPicture::drawsAgainForAnotherDevice_data()
+void tst_CachedPicture::drawsAgainForAnotherDevice_data()
 {
     QTest::addColumn<double>("ratio");
     QTest::addColumn<QSize>("extent");
@@ -165,7 +165,7 @@ void tst_KeptPicture::drawsAgainForAnotherDevice_data()
     QTest::newRow("taller") << 1.0 << QSize{40, 31} << QPointF{0.0, 0.0} << 2;
 }
 
-void tst_KeptPicture::drawsAgainForAnotherDevice()
+void tst_CachedPicture::drawsAgainForAnotherDevice()
 {
     QFETCH(double, ratio);
     QFETCH(QSize, extent);
@@ -173,38 +173,38 @@ void tst_KeptPicture::drawsAgainForAnotherDevice()
 
     int drawn = 0;
     const auto draw = [&](QPainter & /*picture*/) { ++drawn; };
-    KeptPicture kept;
+    CachedPicture cached;
     QImage first = canvas(1.0);
     QPainter onFirst{&first};
-    kept.show(onFirst, widgetExtent, draw);
+    cached.draw(onFirst, widgetExtent, draw);
 
     QImage second = canvas(ratio);
     QPainter onSecond{&second};
     onSecond.translate(place);
-    kept.show(onSecond, extent, draw);
+    cached.draw(onSecond, extent, draw);
     QTEST(drawn, "drawings");
 }
 
-void tst_KeptPicture::leavesThePainterAsItWas()
+void tst_CachedPicture::leavesThePainterAsItWas()
 {
-    KeptPicture kept;
+    CachedPicture cached;
     QImage image = canvas(1.25);
     QPainter painter{&image};
     painter.translate(7, 5);
     const QTransform before = painter.worldTransform();
-    kept.show(painter, widgetExtent, &drawing);
+    cached.draw(painter, widgetExtent, &drawing);
     QCOMPARE(painter.worldTransform(), before);
 }
 
-void tst_KeptPicture::keepsWithinTheClip()
+void tst_CachedPicture::keepsWithinTheClip()
 {
-    KeptPicture kept{KeptPicture::Ground::Opaque};
+    CachedPicture cached{CachedPicture::Background::Opaque};
     QImage image = canvas(1.0);
     const QRect exposed{10, 10, 5, 5};
     {
         QPainter painter{&image};
         painter.setClipRect(exposed);
-        kept.show(painter, widgetExtent, &opaqueDrawing);
+        cached.draw(painter, widgetExtent, &opaqueDrawing);
     }
     QImage expected = canvas(1.0);
     {
@@ -215,6 +215,6 @@ void tst_KeptPicture::keepsWithinTheClip()
     QCOMPARE(image, expected);
 }
 
-QTEST_MAIN(tst_KeptPicture)
+QTEST_MAIN(tst_CachedPicture)
 
-#include "tst_keptpicture.moc"
+#include "tst_cachedpicture.moc"
