@@ -6,7 +6,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 
-using ui::longestNotice;
+using ui::maxNoticeLength;
 using ui::safeMarkup;
 
 namespace {
@@ -239,7 +239,7 @@ void tst_SafeMarkup::length_data()
 {
     QTest::addColumn<QString>("notice");
     QTest::addColumn<QString>("expected");
-    const QString longest = QStringLiteral("y").repeated(longestNotice);
+    const QString longest = QStringLiteral("y").repeated(maxNoticeLength);
     const QString ellipsis{QChar{0x2026}};
     QTest::newRow("longest") << longest << longest;
     QTest::newRow("longer") << longest + QStringLiteral("z") << longest + ellipsis;
@@ -298,7 +298,7 @@ void tst_SafeMarkup::hostile()
     QFETCH(QString, notice);
     const QString safe = safeMarkup(notice);
     // No character becomes more than an entity of five.
-    QVERIFY(safe.size() <= 5 * (longestNotice + 1));
+    QVERIFY(safe.size() <= 5 * (maxNoticeLength + 1));
 
     QVERIFY(support::isOwnMarkup(safe));
 
@@ -310,7 +310,7 @@ void tst_SafeMarkup::hostile()
         QVERIFY(!format.hasProperty(QTextFormat::BackgroundImageUrl));
         QVERIFY(format.toListFormat().indent() <= 20);
     }
-    if (safe.size() <= longestNotice) {
+    if (safe.size() <= maxNoticeLength) {
         QCOMPARE(safeMarkup(safe), safe);
     }
 }

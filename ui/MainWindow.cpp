@@ -37,14 +37,6 @@ using ui::ToggleSwitch;
 
 namespace {
 
-constexpr QSize windowExtent{360, 560};
-constexpr QMargins screenSurround{28, 18, 28, 22};
-constexpr int menuButtonWidth = 40;
-constexpr int spaceBelowSwitch = 28;
-constexpr int spaceBelowStatus = 8;
-
-constexpr double mapOpacity = 0.1;
-
 QString mainStyle()
 {
     return QStringLiteral(
@@ -93,7 +85,7 @@ private:
         if (!map.isNull()) {
             const double aspect = static_cast<double>(map.height()) / map.width();
             const int mapHeight = static_cast<int>(width() * aspect);
-            painter.setOpacity(mapOpacity);
+            painter.setOpacity(0.1);
             painter.drawPixmap(QRect{0, (height() - mapHeight) / 2, width(), mapHeight}, map);
             painter.setOpacity(1.0);
         }
@@ -124,7 +116,7 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
 {
     setWindowTitle(tr("IXOVPN"));
-    setFixedSize(windowExtent);
+    setFixedSize(360, 560);
     setWindowIcon(QIcon{QStringLiteral(":/assets/tray_icon.ico")});
 
     ui::accessibility::install();
@@ -145,7 +137,7 @@ void MainWindow::buildMainScreen()
     menuButton = new ui::ToolButton{background};
     menuButton->setObjectName(QStringLiteral("menu"));
     menuButton->setText(QStringLiteral("☰"));
-    menuButton->setFixedWidth(menuButtonWidth);
+    menuButton->setFixedWidth(40);
     connect(menuButton, &ui::ToolButton::clicked, this, &MainWindow::onMenuRequested);
 
     titleLabel = makeLabel(new QLabel{tr("IXOVPN"), background}, "title");
@@ -169,14 +161,14 @@ void MainWindow::buildMainScreen()
     topRow->addWidget(counterweight);
 
     auto *const root = new QVBoxLayout{background};
-    root->setContentsMargins(screenSurround);
+    root->setContentsMargins(28, 18, 28, 22);
     root->setSpacing(0);
     root->addLayout(topRow);
     root->addStretch(1);
     root->addLayout(centred(toggle));
-    root->addSpacing(spaceBelowSwitch);
+    root->addSpacing(28);
     root->addWidget(statusLabel);
-    root->addSpacing(spaceBelowStatus);
+    root->addSpacing(8);
     root->addWidget(hintLabel);
     root->addStretch(2);
     root->addLayout(centred(pillLabel));

@@ -12,21 +12,7 @@ namespace ui {
 namespace {
 
 constexpr int rowHeight = 56;
-constexpr int labelPixelSize = 17;
-constexpr int labelLeft = 66;
-constexpr int labelSurround = 90;
-constexpr double iconCentreX = 36.0;
-constexpr double iconPenWidth = 1.8;
-
-constexpr QRgb labelRgb = qRgb(242, 242, 250);
-constexpr QRgb iconRgb = qRgb(201, 203, 230);
-constexpr int pressedAlpha = 40;
-constexpr int hoverAlpha = 22;
-
-constexpr int gearTeeth = 8;
-constexpr double gearTipRadius = 10.5;
-constexpr double gearRootRadius = 7.5;
-constexpr double gearHoleRadius = 3.2;
+constexpr int labelMargins = 90;
 
 QPointF onCircle(const QPointF &centre, double radius, double angle)
 {
@@ -35,21 +21,23 @@ QPointF onCircle(const QPointF &centre, double radius, double angle)
 
 void drawGear(QPainter &painter, const QPointF &c)
 {
-    const double halfEdge = M_PI / 32.0;
+    constexpr int teeth = 8;
+    constexpr double tipRadius = 10.5;
+    constexpr double rootRadius = 7.5;
+    constexpr double halfEdge = M_PI / 32.0;
     QPolygonF outline;
-    for (int i = 0; i < gearTeeth; ++i) {
-        const double tip = 2.0 * M_PI * i / gearTeeth;
-        const double root = 2.0 * M_PI * (i + 0.5) / gearTeeth;
-        outline << onCircle(c, gearTipRadius, tip - halfEdge)
-                << onCircle(c, gearTipRadius, tip + halfEdge)
-                << onCircle(c, gearRootRadius, root - halfEdge)
-                << onCircle(c, gearRootRadius, root + halfEdge);
+    for (int i = 0; i < teeth; ++i) {
+        const double tip = 2.0 * M_PI * i / teeth;
+        const double root = 2.0 * M_PI * (i + 0.5) / teeth;
+        outline << onCircle(c, tipRadius, tip - halfEdge) << onCircle(c, tipRadius, tip + halfEdge)
+                << onCircle(c, rootRadius, root - halfEdge)
+                << onCircle(c, rootRadius, root + halfEdge);
     }
     QPainterPath path;
     path.addPolygon(outline);
     path.closeSubpath();
     painter.drawPath(path);
-    painter.drawEllipse(c, gearHoleRadius, gearHoleRadius);
+    painter.drawEllipse(c, 3.2, 3.2);
 }
 
 void drawKey(QPainter &painter, const QPointF &c)
@@ -82,7 +70,7 @@ void drawDoor(QPainter &painter, const QPointF &c)
 
 void drawIcon(QPainter &painter, qint32 kind, const QPointF &centre)
 {
-    painter.setPen(QPen{QColor{iconRgb}, iconPenWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin});
+    painter.setPen(QPen{QColor{201, 203, 230}, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin});
     painter.setBrush(Qt::NoBrush);
     switch (kind) {
     case MenuItem::Gear:
@@ -105,7 +93,7 @@ void drawIcon(QPainter &painter, qint32 kind, const QPointF &centre)
 QFont labelFont(const QWidget *row)
 {
     QFont font = row->font();
-    font.setPixelSize(labelPixelSize);
+    font.setPixelSize(17);
     return font;
 }
 
@@ -120,7 +108,7 @@ MenuItem::MenuItem(qint32 kind_, const QString &text, QWidget *parent)
     setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setMinimumHeight(rowHeight);
-    // Not every style asks for a new picture when the mouse comes and goes.
+    // Not every style repaints a button when the mouse enters or leaves.
     setAttribute(Qt::WA_Hover);
 }
 
@@ -134,7 +122,7 @@ void MenuItem::setLabel(const QString &label)
 QSize MenuItem::sizeHint() const
 {
     const QFontMetrics metrics{labelFont(this)};
-    return {metrics.horizontalAdvance(text()) + labelSurround, rowHeight};
+    return {metrics.horizontalAdvance(text()) + labelMargins, rowHeight};
 }
 
 void MenuItem::paintEvent(QPaintEvent * /*event*/)
@@ -143,16 +131,16 @@ void MenuItem::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
 
     if (isDown()) {
-        painter.fillRect(rect(), QColor{255, 255, 255, pressedAlpha});
+        painter.fillRect(rect(), QColor{255, 255, 255, 40});
     } else if (underMouse()) {
-        painter.fillRect(rect(), QColor{255, 255, 255, hoverAlpha});
+        painter.fillRect(rect(), QColor{255, 255, 255, 22});
     }
 
-    drawIcon(painter, kind, {iconCentreX, height() / 2.0});
+    drawIcon(painter, kind, {36.0, height() / 2.0});
 
     painter.setFont(labelFont(this));
-    painter.setPen(QColor{labelRgb});
-    painter.drawText(QRect{labelLeft, 0, width() - labelSurround, height()},
+    painter.setPen(QColor{242, 242, 250});
+    painter.drawText(QRect{66, 0, width() - labelMargins, height()},
                      Qt::AlignLeft | Qt::AlignVCenter, text());
 }
 

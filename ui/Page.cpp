@@ -13,13 +13,6 @@ namespace ui {
 
 namespace {
 
-constexpr QMargins headerSurround{16, 14, 16, 10};
-constexpr int headerGap = 10;
-constexpr int titlePixelSize = 15;
-constexpr int separatorHeight = 1;
-constexpr QMargins bodySurround{22, 20, 22, 20};
-constexpr int bodyGap = 16;
-
 QString sharedStyle()
 {
     return QStringLiteral(
@@ -44,24 +37,24 @@ Page::Page(const QString &styleSheet, QWidget *parent)
 
     titleLabel = new QLabel{this};
     QFont titleFont = titleLabel->font();
-    titleFont.setPixelSize(titlePixelSize);
+    titleFont.setPixelSize(15);
     titleFont.setWeight(QFont::DemiBold);
     titleLabel->setFont(titleFont);
 
     auto *const header = new QHBoxLayout;
-    header->setContentsMargins(headerSurround);
-    header->setSpacing(headerGap);
+    header->setContentsMargins(16, 14, 16, 10);
+    header->setSpacing(10);
     header->addWidget(backButton);
     header->addWidget(titleLabel);
     header->addStretch(1);
 
     auto *const separator = new QWidget{this};
-    separator->setFixedHeight(separatorHeight);
+    separator->setFixedHeight(1);
     separator->setStyleSheet(QStringLiteral("background: rgba(255,255,255,18);"));
 
     body = new QVBoxLayout;
-    body->setContentsMargins(bodySurround);
-    body->setSpacing(bodyGap);
+    body->setContentsMargins(22, 20, 22, 20);
+    body->setSpacing(16);
 
     auto *const root = new QVBoxLayout{this};
     root->setContentsMargins(0, 0, 0, 0);

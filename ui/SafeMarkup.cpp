@@ -11,8 +11,8 @@ namespace ui {
 
 namespace {
 
-constexpr int deepest = 20;
-constexpr int highestPile = 20;
+constexpr int maxTags = 20;
+constexpr int maxMarks = 20;
 
 QRegularExpression pattern(const char *text)
 {
@@ -21,15 +21,15 @@ QRegularExpression pattern(const char *text)
                                   QRegularExpression::DotMatchesEverythingOption};
 }
 
-bool mayBeShown(uint character)
+bool isPrintable(uint character)
 {
     return character <= QChar::LastValidCodePoint && !QChar::isNonCharacter(character) &&
            !QChar::isSurrogate(character) && QChar::category(character) != QChar::Other_Control;
 }
 
-bool isPiledUp(uint character)
+bool isMark(uint character)
 {
-    // Two vowels are taken apart into a mark and a letter.
+    // Qt decomposes these two vowels into a mark and a letter.
     constexpr uint thaiAm = 0xe33;
     constexpr uint laoAm = 0xeb3;
     switch (QChar::category(character)) {
@@ -52,14 +52,14 @@ public:
 
     QString clean()
     {
-        while (place < text.size()) {
-            const QChar next = text.at(place);
+        while (position < text.size()) {
+            const QChar next = text.at(position);
             if (next == QLatin1Char{'&'}) {
-                passAmpersand();
+                readAmpersand();
             } else if (next != QLatin1Char{'<'}) {
-                passCharacter();
-            } else if (!passElement()) {
-                ++place;
+                readCharacter();
+            } else if (!readTag()) {
+                ++position;
                 append(u"&lt;", false);
             }
         }
@@ -69,29 +69,29 @@ public:
 private:
     QRegularExpressionMatch matchHere(const QRegularExpression &wanted) const
     {
-        return wanted.match(text, place, QRegularExpression::NormalMatch,
+        return wanted.match(text, position, QRegularExpression::NormalMatch,
                             QRegularExpression::AnchoredMatchOption);
     }
 
-    void append(QStringView shown, bool piledUp)
+    void append(QStringView shown, bool mark)
     {
-        height = piledUp ? height + 1 : 0;
-        if (height <= highestPile) {
+        marks = mark ? marks + 1 : 0;
+        if (marks <= maxMarks) {
             result.append(shown.data(), static_cast<int>(shown.size()));
         }
     }
 
-    void passCharacter()
+    void readCharacter()
     {
-        const int start = place++;
+        const int start = position++;
         uint code = text.at(start).unicode();
         if (QChar::isHighSurrogate(code)) {
-            code = QChar::surrogateToUcs4(text.at(start), text.at(place++));
+            code = QChar::surrogateToUcs4(text.at(start), text.at(position++));
         }
-        append(QStringView{text}.mid(start, place - start), isPiledUp(code));
+        append(QStringView{text}.mid(start, position - start), isMark(code));
     }
 
-    void passAmpersand()
+    void readAmpersand()
     {
         constexpr int decimal = 10;
         constexpr int hexadecimal = 16;
@@ -104,21 +104,20 @@ private:
         const uint number = found.capturedLength(1) > 0
                                 ? found.capturedRef(1).toUInt(nullptr, decimal)
                                 : found.capturedRef(2).toUInt(nullptr, hexadecimal);
-        if (isName || mayBeShown(number)) {
-            append(found.capturedView(),
-                   isName ? matchHere(invisible).hasMatch() : isPiledUp(number));
-            place = found.capturedEnd();
+        if (isName || isPrintable(number)) {
+            append(found.capturedView(), isName ? matchHere(invisible).hasMatch() : isMark(number));
+            position = found.capturedEnd();
         } else {
             append(matchHere(alone).hasMatch() ? u"&" : u"&amp;", false);
-            ++place;
+            ++position;
         }
     }
 
-    bool passElement()
+    bool readTag()
     {
         static const QRegularExpression hidden = pattern(
             "<!--.*?-->|<!doctype[^<>]*+>|<(script|style|title)(?=[\\s/>])[^>]*+>.*?</\\1\\s*+>");
-        // All that the toolkit knows: what is kept, what is set apart, the rest.
+        // All elements that Qt knows: those kept, those replaced by a blank, those dropped.
         static const QRegularExpression tag = pattern(
             "<(/?)(?:(a|b|big|blockquote|br|center|code|div|em|font|h[1-6]|hr|i|li|ol|p|pre|s|small"
             "|span|strong|sub|sup|tt|u|ul)|(address|caption|d[dlt]|table|tbody|t[dhr]|tfoot|thead)"
@@ -134,7 +133,7 @@ private:
                 append(u" ", false);
             }
         }
-        place = std::max(place, found.capturedEnd());
+        position = std::max(position, found.capturedEnd());
         return found.hasMatch();
     }
 
@@ -165,30 +164,30 @@ private:
                              : QString{};
         }
         if (name != QLatin1String{"br"} && name != QLatin1String{"hr"}) {
-            if (closesLast && !open.isEmpty() && open.constLast() == name) {
-                open.removeLast();
+            if (closesLast && !openTags.isEmpty() && openTags.constLast() == name) {
+                openTags.removeLast();
             }
-            if (open.size() == deepest) {
+            if (openTags.size() == maxTags) {
                 return;
             }
-            open += name;
+            openTags += name;
         }
         result += QLatin1Char{'<'} + written + attributes + QLatin1Char{'>'};
     }
 
     void end(const QString &written)
     {
-        if (const int level = open.lastIndexOf(written.toLower()); level >= 0) {
-            open.erase(open.begin() + level, open.end());
+        if (const int level = openTags.lastIndexOf(written.toLower()); level >= 0) {
+            openTags.erase(openTags.begin() + level, openTags.end());
             result += QStringLiteral("</") + written + QLatin1Char{'>'};
         }
     }
 
     const QString &text;
     QString result;
-    QStringList open;
-    int place = 0;
-    int height = 0;
+    QStringList openTags;
+    int position = 0;
+    int marks = 0;
 };
 
 } // namespace
@@ -198,8 +197,8 @@ QString safeMarkup(const QString &text)
     if (!text.isValidUtf16()) {
         return safeMarkup(QString::fromUtf8(text.toUtf8()).toHtmlEscaped());
     }
-    QString markup = beginning(text, longestNotice);
-    if (text.size() > longestNotice) {
+    QString markup = beginning(text, maxNoticeLength);
+    if (text.size() > maxNoticeLength) {
         static const QRegularExpression halfTag = pattern("</?[a-z][^<>]{0,200}\\z");
         markup.replace(halfTag, markup.right(1));
     }

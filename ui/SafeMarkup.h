@@ -5,7 +5,7 @@
 namespace ui {
 
 /// The longest notice that is shown whole, markup included.
-constexpr int longestNotice = 6'000;
+constexpr int maxNoticeLength = 6'000;
 
 /// Rich text from outside the program, as far as it keeps to a short list, so that the toolkit only
 /// ever parses markup of ours: nothing in it can be loaded, and what it costs to lay out depends on
@@ -20,7 +20,7 @@ constexpr int longestNotice = 6'000;
 /// what stands deeper than 20 levels lose their tags; style, script and title their content too. A
 /// `<` that begins nothing of this kind is shown as it is, and so is a `&` without an entity that
 /// may be shown. Of more than 20 marks or invisible characters in a row the first 20 stay. What is
-/// longer than longestNotice is cut there and ends with an ellipsis. A text that holds half a
+/// longer than maxNoticeLength is cut there and ends with an ellipsis. A text that holds half a
 /// character is shown without any markup.
 QString safeMarkup(const QString &text);
 

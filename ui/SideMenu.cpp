@@ -14,10 +14,6 @@ namespace ui {
 
 namespace {
 
-constexpr int minimumPanelWidth = 170;
-constexpr int uncoveredWidth = 40;
-constexpr int panelPadding = 14;
-
 struct Row
 {
     MenuItem::Kind icon;
@@ -50,7 +46,7 @@ SideMenu::SideMenu(QWidget *parent)
     panel->setAutoFillBackground(true);
 
     auto *const column = new QVBoxLayout{panel};
-    column->setContentsMargins(0, panelPadding, 0, panelPadding);
+    column->setContentsMargins(0, 14, 0, 14);
     column->setSpacing(0);
     for (const Row &row : rows) {
         auto *const item = new MenuItem{row.icon, {}, panel};
@@ -125,12 +121,12 @@ QRect SideMenu::panelRect(bool shown) const
 
 void SideMenu::fitPanel()
 {
-    panelWidth = minimumPanelWidth;
+    panelWidth = 170;
     for (const MenuItem *item : qAsConst(items)) {
         panelWidth = std::max(panelWidth, item->sizeHint().width());
     }
     if (parentWidget() != nullptr) {
-        panelWidth = std::min(panelWidth, parentWidget()->width() - uncoveredWidth);
+        panelWidth = std::min(panelWidth, parentWidget()->width() - 40);
     }
     placePanel();
 }

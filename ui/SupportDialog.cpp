@@ -20,8 +20,6 @@ namespace ui {
 
 namespace {
 
-constexpr int linkGap = 4;
-constexpr int copyRowGap = 8;
 constexpr std::chrono::milliseconds feedbackTime{1500};
 constexpr const char *copyValueProperty = "copyValue";
 
@@ -64,7 +62,7 @@ SupportDialog::SupportDialog(QWidget *parent)
     body->addWidget(contactCaption);
     body->addWidget(contactText);
     body->addWidget(makeLink(supportLink(), this));
-    body->addSpacing(linkGap);
+    body->addSpacing(4);
     body->addWidget(infoCaption);
     const QString applicationVersion = QCoreApplication::applicationVersion();
     if (!applicationVersion.isEmpty()) {
@@ -99,7 +97,7 @@ SupportDialog::CopyRow SupportDialog::makeCopyRow(const QString &value)
 
     auto *const line = new QHBoxLayout{made.row};
     line->setContentsMargins(0, 0, 0, 0);
-    line->setSpacing(copyRowGap);
+    line->setSpacing(8);
     line->addWidget(made.caption);
     line->addWidget(made.button);
     line->addStretch(1);

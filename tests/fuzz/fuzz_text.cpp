@@ -20,9 +20,9 @@ void tryNotice(const QString &text)
 {
     const QString safe = ui::safeMarkup(text);
     require(safe.isValidUtf16(), "half a character:", text);
-    require(safe.size() <= 5 * (ui::longestNotice + 1), "a notice grows:", text);
+    require(safe.size() <= 5 * (ui::maxNoticeLength + 1), "a notice grows:", text);
     require(support::isOwnMarkup(safe), "markup that is not ours:", safe);
-    if (safe != text && safe.size() <= ui::longestNotice) {
+    if (safe != text && safe.size() <= ui::maxNoticeLength) {
         requireEqual(ui::safeMarkup(safe), safe, "the second time");
     }
 }
