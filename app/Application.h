@@ -4,19 +4,16 @@
 
 namespace app {
 
-/// The application object: it has the names under which settings lie and the version, and ends the
-/// program when the desktop says that the session ends.
+/// Sets the names for QSettings and the version, and quits when the desktop ends the session.
 ///
-/// Qt asks the windows first, twice: at the question whether anything must be saved it closes them,
-/// and one that only hides calls the log-out off; at the order to end it closes them again, and one
-/// that is still visible, be it the tray's icon, keeps the program running. Nothing here waits to
-/// be saved, so neither is asked.
+/// Qt by itself would close the windows first, and a window that only hides, or the tray icon,
+/// would cancel the log-out or keep the program running.
 class Application : public QApplication
 {
 public:
-    /// Keeps references to both, as QApplication does. Where that has no way on, for example without
-    /// a display, it says so and ends the program with exit code 1, not with a crash. A fatal
-    /// message later on leaves a core.
+    /// Keeps references to both arguments, as QApplication does. Where Qt cannot start, for example
+    /// without a display, it prints Qt's message and ends the program with exit code 1, not with a
+    /// crash. A later fatal message leaves a core.
     Application(int &argc, char **argv);
 
 protected:

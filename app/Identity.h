@@ -2,8 +2,7 @@
 
 namespace app {
 
-/// Gives the application object the names under which its settings lie, and its version.
-/// To be called before anything reads settings.
+/// Sets the organisation, name and version of the application; call it before QSettings is used.
 void setIdentity();
 
 } // namespace app

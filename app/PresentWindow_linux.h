@@ -6,15 +6,13 @@ class QWidget;
 
 namespace app {
 
-/// What an X11 launcher gave this process, so that the window which answers it may take the
-/// foreground; ends in the time of the user's action. Empty if there is none; any bytes if
-/// somebody else has set it.
+/// The start-up ID from an X11 launcher, which ends in the time of the user's action. Empty if
+/// nobody set it; any bytes if somebody else did.
 QByteArray startupIdFromEnvironment();
 
-/// Shows the window, also out of the minimised state, and brings it to the front with the dialog
-/// that is open over it. On X11 the window manager is told that the user asked for it, and the
-/// launcher that the start is over; the start-up id may be empty. On Wayland the compositor
-/// decides: Qt reads no activation token there, so none is passed on.
+/// Shows the window, restores it if it is minimised, and raises and activates it with its open
+/// dialog. On X11 it tells the window manager that the user asked for this, and the launcher that
+/// the start is complete; the start-up ID may be empty. On Wayland the compositor decides.
 void presentWindow(QWidget *window, const QByteArray &startupId);
 
 } // namespace app

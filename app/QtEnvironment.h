@@ -6,20 +6,18 @@
 
 namespace app {
 
-/// What Qt finds in this process's environment, where it looks before any call could tell it:
+/// Sets the environment variables that Qt reads when it starts:
 ///
-/// - On X11 it makes windows that cannot show OpenGL. This program draws none, and each process
-///   would load the whole driver with its first window: half of the start-up time and two thirds of
-///   the memory.
-/// - On Windows it follows each screen's scale, exactly, and loads libraries and plugins only from
-///   the program's own folder and the system. On Linux the desktop and the system say both.
+/// - On X11 Qt does not load the OpenGL driver, which this program does not use and which takes
+///   half of the start-up time and two thirds of the memory.
+/// - On Windows Qt follows each screen's exact scale and loads libraries and plugins only from the
+///   program's folder and the system.
 /// - On Linux a run without a window needs no display.
 ///
-/// A choice that the user has made in the environment stands. What was set is taken back at this
-/// object's end, so that programs which are started later do not inherit it.
+/// A variable that the user has set stays. The destructor removes the others, so that child
+/// processes do not inherit them.
 ///
-/// To be made first in main(), before the application object, and ended on the main thread right
-/// after the first window is shown: Qt has read everything then.
+/// Create it before the application object and destroy it after the first window is shown.
 class QtEnvironment
 {
 public:
@@ -32,7 +30,7 @@ public:
 
 private:
     void prepare(Run run);
-    /// `name` is a literal.
+    /// `name` is a string literal.
     void setDefault(const char *name, const QByteArray &value);
 
     std::vector<const char *> ours;

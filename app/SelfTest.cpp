@@ -19,33 +19,33 @@ constexpr char defaultOutput[] = "i18n-test.out";
 
 constexpr int cannotWrite = 2;
 
-// The argument after the first one that equals `option`; null if there is none.
+// The argument after `option`; null without the option or the argument.
 QString valueOf(const char *option, const QStringList &arguments)
 {
     const int index = arguments.indexOf(QLatin1String{option});
     return index < 0 ? QString{} : arguments.value(index + 1);
 }
 
-// `argc` if there is none.
-int positionOfRequest(int argc, const char *const *argv)
+// `argc` without the option.
+int indexOfOption(int argc, const char *const *argv)
 {
-    int i = 1;
-    while (i < argc && std::strcmp(argv[i], localeOption) != 0) {
-        ++i;
+    int index = 1;
+    while (index < argc && std::strcmp(argv[index], localeOption) != 0) {
+        ++index;
     }
-    return i;
+    return index;
 }
 
 } // namespace
 
-bool isAskedFor(int argc, const char *const *argv)
+bool isRequested(int argc, const char *const *argv)
 {
-    return positionOfRequest(argc, argv) < argc;
+    return indexOfOption(argc, argv) < argc;
 }
 
-bool promisesNoWindow(int argc, const char *const *argv)
+bool needsNoWindow(int argc, const char *const *argv)
 {
-    return positionOfRequest(argc, argv) + 1 < argc;
+    return indexOfOption(argc, argv) + 1 < argc;
 }
 
 bool hasLocale(const QStringList &arguments)

@@ -6,23 +6,21 @@ class QApplication;
 
 namespace app {
 
-/// The translation self-test: loads a catalogue as a normal start would, writes three lines to a
-/// file, and ends without a window. Its only failure is the output file.
+/// The translation self-test: loads a catalogue as a normal start does, writes three lines to a
+/// file and ends without a window. It fails only if it cannot open the file.
 namespace selftest {
 
-/// True if the word that asks for the self-test is among the arguments, byte for byte.
-bool isAskedFor(int argc, const char *const *argv);
+/// True if the option of the self-test is among the arguments.
+bool isRequested(int argc, const char *const *argv);
 
-/// True if another argument follows the first such word, so that the run will in all likelihood be
-/// one without a window. Only the application object knows for certain: it takes out the toolkit's
-/// own options.
-bool promisesNoWindow(int argc, const char *const *argv);
+/// True if an argument follows the option: then most likely no window will be shown. Only the
+/// application object knows for certain, because it removes Qt's own options.
+bool needsNoWindow(int argc, const char *const *argv);
 
-/// True if that word is followed by the name of a locale. Without one the program starts
-/// normally.
+/// True if a locale follows the option. Otherwise the program starts normally.
 bool hasLocale(const QStringList &arguments);
 
-/// Exit code of the self-test: 0, or 2 if the output file could not be opened.
+/// Returns the exit code: 0, or 2 if the output file could not be opened.
 int run(QApplication &application, const QStringList &arguments);
 
 } // namespace selftest

@@ -6,11 +6,11 @@ class QWidget;
 
 namespace app {
 
-/// Sees to it that there is one interactive client, of each user on Linux and of the whole machine
-/// on Windows: the first start keeps the place, a later one asks the first to show its window.
+/// Allows one interactive client for each user on Linux and for the whole machine on Windows: the
+/// first start takes a lock, a later start asks the first to show its window.
 ///
-/// The place is held by something that the system gives back by itself when the process ends,
-/// however it ends. Nothing here blocks or reports errors.
+/// The system releases the lock when the process ends, however it ends. No call blocks or reports
+/// errors.
 class SingleInstance
 {
 public:
@@ -19,21 +19,21 @@ public:
     SingleInstance(const SingleInstance &) = delete;
     SingleInstance &operator=(const SingleInstance &) = delete;
 
-    /// Takes the place and returns true, or asks the client that has it to show its window and
-    /// returns false. A client that has no window yet does nothing about it, nor on Windows one on
-    /// another user's desktop. A client that hangs does not hold up the caller.
+    /// Takes the lock and returns true, or asks the client that holds it to show its window and
+    /// returns false. The request has no effect while that client has no window yet or, on Windows,
+    /// if its window is on another user's desktop.
     ///
-    /// To be called once, before the application object exists: on X11 that takes the launcher's
-    /// start-up id, which the first client needs, out of the environment.
+    /// Call it once, before the application object exists: on X11 that removes the launcher's
+    /// start-up ID, which the first client needs, from the environment.
     bool claim();
 
-    /// As long as this object lives, requests of later starts show, raise and activate the window.
-    /// Needs the application object.
+    /// While it exists, requests of later starts show, raise and activate the window. Needs the
+    /// application object.
     class ShowRequests
     {
     public:
-        /// On Linux no request arrives without the place. On Windows requests find a window by its
-        /// title, whoever has the place.
+        /// On Linux no request arrives without the lock. On Windows requests find a window by its
+        /// title, whoever holds the lock.
         ShowRequests(SingleInstance &instance, QWidget *window);
         ~ShowRequests();
         ShowRequests(const ShowRequests &) = delete;

@@ -22,8 +22,8 @@ namespace app {
 
 namespace {
 
-// Longer than any start-up id that a launcher makes.
-constexpr int longestRequest = 1024;
+// Longer than any start-up ID of a launcher.
+constexpr int maxRequestSize = 1024;
 
 class Descriptor
 {
@@ -55,8 +55,7 @@ private:
     int fd;
 };
 
-// A folder that nobody else made, can list or can write in; not open if there is no such folder
-// under this name and none can be made.
+// A folder of this user that nobody else can read or write; not open if the path is taken.
 Descriptor openPrivateFolder(const std::string &path)
 {
     constexpr mode_t ownerOnly = S_IRWXU;
@@ -72,21 +71,20 @@ Descriptor openPrivateFolder(const std::string &path)
     return folder;
 }
 
-struct Place
+struct LockedFolder
 {
     std::string path;
     Descriptor folder;
 };
 
-// The same folder for every start of this user, whatever the environment says: the one that the
-// log-in manager made, or without it one in the shared folder.
-std::optional<Place> findPlace()
+// The same folder for every start of this user, whatever the environment says.
+std::optional<LockedFolder> findFolder()
 {
     const std::string user = std::to_string(geteuid());
     for (const std::string &path : {"/run/user/" + user + "/ixovpn", "/tmp/ixovpn-" + user}) {
         Descriptor folder = openPrivateFolder(path);
         if (folder.isOpen()) {
-            return Place{path, std::move(folder)};
+            return LockedFolder{path, std::move(folder)};
         }
     }
     return std::nullopt;
@@ -101,7 +99,6 @@ sockaddr_un channelAddress(const std::string &folder)
     return address;
 }
 
-// The socket calls take every kind of address by the same pointer type.
 const sockaddr *generic(const sockaddr_un &address)
 {
     return reinterpret_cast<const sockaddr *>(&address);
@@ -116,20 +113,20 @@ void askForWindow(const std::string &folder)
 {
     const Descriptor channel = openSocket();
     const sockaddr_un address = channelAddress(folder);
-    // One datagram is one request: the start-up id, which may be empty.
-    const QByteArray request = startupIdFromEnvironment().left(longestRequest);
+    // One datagram is one request: the start-up ID, which may be empty.
+    const QByteArray request = startupIdFromEnvironment().left(maxRequestSize);
     sendto(channel.get(), request.constData(), static_cast<std::size_t>(request.size()),
            MSG_NOSIGNAL, generic(address), sizeof address);
 }
 
 } // namespace
 
-/// The place is a lock on the folder itself: there is no file that could go stale, and programs
-/// that clean up the shared folder leave locked folders alone.
+/// The folder itself is locked: no lock file can become stale, and programs that clean up /tmp
+/// leave locked folders alone.
 class SingleInstance::Private
 {
 public:
-    std::optional<Place> place;
+    std::optional<LockedFolder> locked;
 };
 
 SingleInstance::SingleInstance()
@@ -140,15 +137,15 @@ SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::claim()
 {
-    if (std::optional<Place> found = findPlace()) {
+    if (std::optional<LockedFolder> found = findFolder()) {
         if (flock(found->folder.get(), LOCK_EX | LOCK_NB) == 0) {
-            d->place = std::move(found);
+            d->locked = std::move(found);
         } else if (errno == EWOULDBLOCK) {
             askForWindow(found->path);
             return false;
         }
     }
-    // Without a place to hold, a client that runs is better than one that does not.
+    // A client without a lock is better than no client.
     return true;
 }
 
@@ -159,7 +156,7 @@ public:
         : window(window_)
         , channel(openSocket())
     {
-        // What a former client left there; the lock says that it is gone.
+        // A socket of an earlier client, which has ended.
         const sockaddr_un address = channelAddress(folder);
         unlink(address.sun_path);
         if (bind(channel.get(), generic(address), sizeof address) != 0) {
@@ -171,11 +168,11 @@ public:
     }
 
 private:
-    // Reads all that is there before it acts, so that many starts at once show the window once.
+    // Reads all requests first, so that many starts at once show the window once.
     void onReadable()
     {
         std::optional<QByteArray> wanted;
-        std::array<char, longestRequest> buffer = {};
+        std::array<char, maxRequestSize> buffer = {};
         ssize_t length = 0;
         while ((length = recv(channel.get(), buffer.data(), buffer.size(), 0)) >= 0) {
             wanted = QByteArray{buffer.data(), static_cast<int>(length)};
@@ -191,7 +188,7 @@ private:
 };
 
 SingleInstance::ShowRequests::ShowRequests(SingleInstance &instance, QWidget *window)
-    : d(instance.d->place ? std::make_unique<Private>(instance.d->place->path, window) : nullptr)
+    : d(instance.d->locked ? std::make_unique<Private>(instance.d->locked->path, window) : nullptr)
 {}
 
 SingleInstance::ShowRequests::~ShowRequests() = default;

@@ -4,9 +4,9 @@ class QApplication;
 
 namespace app {
 
-/// Installs the catalogue of the stored language, else of the default locale, else English; none
-/// if none loads, which leaves the English source texts. The translator belongs to the
-/// application and stays installed below whatever the main window installs later.
+/// Installs the catalogue of the stored language, else of the default locale, else English. If none
+/// loads, the English source texts are shown. The translator belongs to the application and stays
+/// installed below the main window's.
 void installStartupTranslator(QApplication &application);
 
 } // namespace app

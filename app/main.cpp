@@ -13,15 +13,14 @@ int main(int argc, char *argv[])
 {
     using app::QtEnvironment;
 
-    std::optional<QtEnvironment> environment{std::in_place,
-                                             app::selftest::promisesNoWindow(argc, argv)
-                                                 ? QtEnvironment::Run::WithoutWindow
-                                                 : QtEnvironment::Run::WithWindow};
+    std::optional<QtEnvironment> environment{std::in_place, app::selftest::needsNoWindow(argc, argv)
+                                                                ? QtEnvironment::Run::WithoutWindow
+                                                                : QtEnvironment::Run::WithWindow};
 
-    // 1. Whether the arguments ask for the translation self-test.
-    const bool selfTest = app::selftest::isAskedFor(argc, argv);
+    // 1. The option of the translation self-test.
+    const bool selfTest = app::selftest::isRequested(argc, argv);
 
-    // 2. The one instance: a later start has the first one's window shown. The self-test may run
+    // 2. The single instance: a later start shows the window of the first. The self-test may run
     //    beside it.
     app::SingleInstance instance;
     if (!selfTest && !instance.claim()) {
@@ -31,14 +30,14 @@ int main(int argc, char *argv[])
     // 3. The application object, with its names and version.
     app::Application application{argc, argv};
 
-    // 4. The self-test, if it has been given a locale; otherwise a normal run without a claim.
+    // 4. The self-test, if a locale was given; otherwise a normal run without a claim.
     const QStringList arguments = QCoreApplication::arguments();
     if (selfTest && app::selftest::hasLocale(arguments)) {
         return app::selftest::run(application, arguments);
     }
 
-    // 5. The normal run. Where no file can be written, QSettings keeps a choice for as long as an
-    //    object of it lives.
+    // 5. The normal run. Where no file can be written, QSettings keeps a choice in memory while one
+    //    of its objects exists.
     const QSettings settings;
     app::installStartupTranslator(application);
     MainWindow window;

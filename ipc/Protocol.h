@@ -5,10 +5,7 @@
 
 #include <cstddef>
 
-/// The vocabulary spoken with the background service: JSON commands out, text lines in.
-///
-/// Knows words and their order of matching. Knows neither the connection that carries them
-/// (ServiceClient) nor what any of them shows to the user (MainWindow).
+/// The words of the protocol with the background service: JSON commands out, text lines in.
 namespace ipc::protocol {
 
 template <std::size_t N> constexpr QLatin1String word(const char (&text)[N])
@@ -34,22 +31,22 @@ inline constexpr QLatin1String errorPrefix = word("error: ");
 inline constexpr QLatin1String configBytesPrefix = word("config-bytes: ");
 inline constexpr QLatin1String noticePrefix = word("notice: ");
 
-/// The one error text that is a state of its own.
+/// The error text that is a state of its own.
 inline constexpr QLatin1String subscriptionExpired = word("subscription_expired");
 
 enum class MessageKind { Status, Error, ConfigBytes, Notice, Unknown };
 
-/// One line from the service, taken apart.
+/// A parsed line from the service.
 struct Message
 {
     MessageKind kind;
-    /// What follows the prefix, unchanged. For an error that reports the expired subscription
-    /// the kind is Status, since both spellings mean the same. Empty if the kind is Unknown.
+    /// The text after the prefix; empty if the kind is Unknown. The error of an expired
+    /// subscription has the kind Status, because both spellings mean the same.
     QString rest;
 };
 
-/// Takes apart a line that is already free of white space at its ends. Prefixes are compared
-/// case-sensitively and include their blank: "status:running" is Unknown.
+/// Parses a trimmed line. Prefixes are case-sensitive and include their blank: "status:running" is
+/// Unknown.
 Message parseMessage(const QString &line);
 
 /// The states that the service reports, in the order in which the words are tried.
@@ -66,8 +63,7 @@ enum class ServiceState {
     Unknown
 };
 
-/// Case-sensitive. "fetching" and "failed" match any word that begins with them, the others
-/// only the whole word; what matches nothing is Unknown.
+/// Case-sensitive. "fetching" and "failed" are prefixes, the others must be the whole word.
 ServiceState parseState(const QString &stateWord);
 
 } // namespace ipc::protocol

@@ -4,9 +4,8 @@ class QTcpSocket;
 
 namespace ipc {
 
-/// When the socket is closed, its connection ends with a reset, and its port is free at once. By
-/// default the system keeps the port for a minute or more. To be called while the socket is
-/// connected.
+/// Makes closing the connected socket free its port at once, by a reset. By default the system
+/// keeps the port for a minute or more.
 void resetOnClose(const QTcpSocket &socket);
 
 } // namespace ipc

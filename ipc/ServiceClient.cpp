@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::chrono::milliseconds reconnectDelay{1500};
 
-// A flood of lines gives way to painting and clicks this often.
+// In a flood of lines, painting and clicks get their turn this often.
 constexpr qint64 reportingSliceMs = 8;
 
 } // namespace
@@ -27,8 +27,7 @@ ServiceClient::ServiceClient(QObject *parent)
     : QObject(parent)
     , socket(new QTcpSocket(this))
 {
-    // The loopback link must neither pass through a proxy of the session nor wait for one to be
-    // looked up.
+    // Otherwise Qt would look up the session's proxy.
     socket->setProxy(QNetworkProxy::NoProxy);
 
     connect(socket, &QTcpSocket::readyRead, this, &ServiceClient::onReadyRead);
@@ -79,18 +78,17 @@ void ServiceClient::onReadyRead()
 
 void ServiceClient::onConnected()
 {
-    // While nobody listens there, Linux sooner or later gives this end the service's own port, and
-    // the socket is connected to itself. The service must be able to listen there the next moment.
+    // While no service listens, Linux may give this socket the service's port and connect it to
+    // itself. The service must be able to listen on that port at once.
     if (socket->localPort() == protocol::servicePort) {
-        // What never came up is not reported as lost either.
+        // A connection that was not reported is not reported as lost.
         const QSignalBlocker blocker{socket};
         resetOnClose(*socket);
         socket->abort();
         scheduleReconnect();
         return;
     }
-    // Short commands sent one after another leave together instead of waiting for the
-    // acknowledgement of the first.
+    // A command does not wait for the acknowledgement of the one before.
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     record({Event::Kind::Up, {}});
 }
@@ -104,7 +102,7 @@ void ServiceClient::onDisconnected()
 
 void ServiceClient::scheduleReconnect()
 {
-    // A loss is reported twice, as an error and as a disconnect; one timer makes one attempt.
+    // Qt reports a loss as an error and as a disconnect; one timer makes one attempt.
     reconnection.start();
 }
 
@@ -126,17 +124,17 @@ void ServiceClient::report()
         } else {
             reporting.start();
         }
-        moreFollows = !events.empty() && events.front().kind == Event::Kind::Line &&
+        pendingLine = !events.empty() && events.front().kind == Event::Kind::Line &&
                       !slice.hasExpired(reportingSliceMs);
         if (event.kind == Event::Kind::Line) {
-            // With its length: a line does not end at a zero byte.
+            // A line does not end at a null byte.
             Q_EMIT messageReceived(
                 QString::fromUtf8(event.line.constData(), event.line.size()).trimmed());
         } else {
             Q_EMIT connectionChanged(event.kind == Event::Kind::Up);
         }
-    } while (moreFollows && !events.empty());
-    moreFollows = false;
+    } while (pendingLine && !events.empty());
+    pendingLine = false;
 }
 
 } // namespace ipc

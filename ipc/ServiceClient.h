@@ -11,13 +11,11 @@ class QTcpSocket;
 
 namespace ipc {
 
-/// The one connection to the background service: a TCP connection on the loopback interface that is
-/// made again for ever, commands out, text lines in. A connection to itself is none.
+/// The TCP connection to the background service on the loopback interface: sends commands, receives
+/// text lines and reconnects for ever.
 ///
-/// It does not know what commands and lines mean (see Protocol.h), keeps no queue of commands
-/// and reports no errors: a service that is not there shows only as the lack of a connection.
-/// Everything happens on the thread of its owner, who must not destroy the client from within a
-/// receiver of its signals.
+/// It does not know what commands and lines mean (see Protocol.h), keeps no queue of commands and
+/// reports no errors. A receiver of its signals must not destroy the client.
 class ServiceClient : public QObject
 {
     Q_OBJECT
@@ -26,28 +24,25 @@ public:
     /// Does not connect yet.
     explicit ServiceClient(QObject *parent);
 
-    /// Begins an attempt unless one is under way or the connection stands. To be called once;
-    /// from then on the client comes back by itself, 1500 ms after each loss or refusal.
+    /// Starts an attempt unless the client is connecting or connected. After each loss or refusal
+    /// the client reconnects by itself in 1500 ms.
     void connectToService();
 
     void send(const QString &cmd);
-    /// Writes one line: a compact JSON object of `args` and the key "cmd", keys sorted, which
-    /// leaves at once. Without a connection the command is dropped without a trace.
+    /// Writes one line at once: a compact JSON object of `args` and the key "cmd", keys sorted.
+    /// Without a connection the command is dropped.
     void send(const QString &cmd, const QJsonObject &args);
 
-    /// While messageReceived() reports a line: true if the next one is reported right after it,
-    /// before anything can be painted. Only a receiver that runs an event loop is first.
-    bool moreToCome() const { return moreFollows; }
+    /// In a receiver of messageReceived(): true if the next line is reported before anything can be
+    /// painted.
+    bool hasPendingLine() const { return pendingLine; }
 
 Q_SIGNALS:
-    /// One line, decoded as UTF-8 (invalid bytes become U+FFFD) and trimmed; may be empty.
-    ///
-    /// A receiver may run an event loop of its own: further lines go on arriving meanwhile, in
-    /// their order.
+    /// One line, decoded as UTF-8 (invalid bytes become U+FFFD) and trimmed; may be empty. A
+    /// receiver may run a nested event loop, in which further lines are reported in their order.
     void messageReceived(QString text);
 
-    /// True when the connection has come up, false when it is lost, after all its lines. A refused
-    /// attempt was never connected and is not reported.
+    /// False comes after all lines of the connection. A refused attempt is not reported.
     void connectionChanged(bool connected);
 
 private Q_SLOTS:
@@ -56,7 +51,6 @@ private Q_SLOTS:
     void onDisconnected();
 
 private:
-    /// What has happened to the connection, in its order.
     struct Event
     {
         enum class Kind { Up, Line, Down };
@@ -66,14 +60,14 @@ private:
 
     void scheduleReconnect();
     void record(Event event);
-    /// From the event loop only, so that a receiver may run one of its own.
+    /// Called only by the event loop, so that a receiver may run a nested one.
     void report();
 
     QTcpSocket *socket;
     QTimer reconnection;
     QTimer reporting;
     std::deque<Event> events;
-    bool moreFollows = false;
+    bool pendingLine = false;
 };
 
 } // namespace ipc

@@ -155,7 +155,7 @@ void tst_MainWindowBurst::promiseOfMoreIsKept()
     bool promised = false;
     connect(&link, &ipc::ServiceClient::messageReceived, this, [&] {
         ++reported;
-        promised = link.moreToCome();
+        promised = link.hasPendingLine();
         promises += promised ? 1 : 0;
     });
     connect(QCoreApplication::eventDispatcher(), &QAbstractEventDispatcher::aboutToBlock, this,
@@ -169,7 +169,7 @@ void tst_MainWindowBurst::promiseOfMoreIsKept()
     QCOMPARE(broken, 0);
     QVERIFY(!promised);
     QVERIFY(promises > 0);
-    QVERIFY(!link.moreToCome());
+    QVERIFY(!link.hasPendingLine());
 }
 
 QTEST_MAIN(tst_MainWindowBurst)

@@ -146,11 +146,6 @@ public:
         : QAccessibleWidget(label, QAccessible::Link)
     {}
 
-    QString text(QAccessible::Text kind) const override
-    {
-        return kind == QAccessible::Name ? address() : QAccessibleWidget::text(kind);
-    }
-
     QStringList actionNames() const override
     {
         return QStringList{pressAction()} + QAccessibleWidget::actionNames();
@@ -161,12 +156,9 @@ public:
         if (name != pressAction()) {
             QAccessibleWidget::doAction(name);
         } else if (widget()->isVisible()) {
-            QDesktopServices::openUrl(QUrl{address()});
+            QDesktopServices::openUrl(QUrl{static_cast<LinkLabel *>(widget())->address()});
         }
     }
-
-private:
-    QString address() const { return static_cast<LinkLabel *>(widget())->address(); }
 };
 
 QAccessibleInterface *make(const QString & /*className*/, QObject *object)

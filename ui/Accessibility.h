@@ -1,19 +1,18 @@
 #pragma once
 
-/// What assistive technology, a screen reader for one, is told about the widgets of this program
-/// beyond what the toolkit knows by itself. Nothing here runs while no such technology does.
+/// What assistive technology, such as a screen reader, learns about the program's widgets beyond
+/// Qt's own accessible objects.
 namespace ui::accessibility {
 
-/// From now on:
+/// After this call:
 /// - the switch is a check box: checked while the tunnel is up or going down, busy and disabled
-///   while a change is under way; to toggle it does what a left click in its middle would,
-///   nothing where the click would not reach it;
-/// - the texts of a LiveLabel are notifications;
-/// - what an Overlay covers is not showing;
+///   during a change; toggling it has the effect of a click, and none where a click has none;
+/// - the text of a LiveLabel is a notification;
+/// - the widgets that an Overlay covers are invisible;
 /// - a LinkLabel that shows an address is a link that can be pressed;
-/// - a dialog says whether it is modal;
-/// - pages and menu are panels with their own name.
-/// More than once is as good as once.
+/// - a dialog reports whether it is modal;
+/// - an overlay is a group with its own name.
+/// Further calls have no effect.
 void install();
 
 } // namespace ui::accessibility

@@ -24,8 +24,8 @@ QString path(const QString &tag)
 
 bool load(QTranslator &translator, const QString &tag)
 {
-    // Empty, not null: null strings would stand for the toolkit's own delimiters and suffix, and
-    // let a longer tag find a shorter one's catalogue.
+    // With null strings Qt would use its own delimiters and suffix, and would find the catalogue of
+    // a shorter tag.
     const QString none = QStringLiteral("");
     return translator.load(path(tag), QString{}, none, none);
 }

@@ -4,18 +4,16 @@
 
 class QTranslator;
 
-/// Which language the interface speaks: the stored choice, the system's, and where the catalogue
-/// of a language lies. It installs no translators.
+/// The language of the interface and the catalogues that are compiled in. Installs no translators.
 namespace ui::catalogue {
 
-/// The language whose catalogue is tried last.
+/// The language whose catalogue is loaded last.
 QString fallbackTag();
 
-/// Path of the compiled-in catalogue for `tag`, which is not checked.
+/// The resource path of the catalogue of `tag`, which is not checked.
 QString path(const QString &tag);
 
-/// Loads the catalogue of exactly this tag; "pt_BR" does not find "pt". False, and an empty
-/// translator, if there is none.
+/// Loads the catalogue of exactly this tag: "pt_BR" does not find "pt".
 bool load(QTranslator &translator, const QString &tag);
 
 /// The language that the user chose on the settings page; empty if none was chosen.

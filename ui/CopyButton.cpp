@@ -11,7 +11,7 @@ CopyButton::CopyButton(const QString &text, QWidget *parent)
     : QPushButton(text, parent)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    // Outside dialogs the Enter key would do nothing.
+    // Outside dialogs Enter would have no effect.
     setAutoDefault(true);
 }
 

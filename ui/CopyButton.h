@@ -6,12 +6,10 @@ class QStyleOptionButton;
 
 namespace ui {
 
-/// A button on which a value stands, whatever its length and content.
+/// A button for a value of any length and content.
 ///
-/// text() is always what was set. Shown is its beginning on one line, with an ellipsis where it
-/// does not fit; an ampersand is shown as such. The button gives way where its parent has less
-/// room than it would like. Enter works on it as the space bar does. What a click does is its
-/// owner's business.
+/// It shows the beginning of text() on one line, elided to its width, with ampersands. It may be
+/// narrower than its size hint. Enter presses it, as the space bar does.
 class CopyButton : public QPushButton
 {
     Q_OBJECT
@@ -22,7 +20,7 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-    /// What is painted: the text on one line, shortened to the present width.
+    /// The elided text that is painted.
     QString shownText() const;
 
 protected:

@@ -12,24 +12,20 @@ struct Message;
 
 namespace ui {
 
-/// What the main screen shows on account of what the service said or the user did. What is absent
-/// stays as it is on the screen.
-///
-/// A value that knows no widget and holds no translation: the texts are those of the context
-/// MainWindow, translated when they are shown.
+/// A change of the main screen after a message or a click. What is absent stays as it is. The texts
+/// are source texts of the context MainWindow.
 struct Display
 {
-    /// The state of the switch with its word, which the status line and the tray show alike.
+    /// The switch's state and the text of the status line and the tray.
     struct State
     {
         ToggleSwitch::State toggle;
         const char *status;
     };
 
-    /// The detail line.
     struct Pill
     {
-        /// Null: `value` is shown as it came. Otherwise it takes the place of %1, if there is one.
+        /// `value` replaces %1; without a text `value` is shown untranslated.
         const char *text;
         QString value;
     };
@@ -37,7 +33,7 @@ struct Display
     std::optional<State> state;
     std::optional<Pill> pill;
 
-    /// The display after this one and then the later one.
+    /// Applies a later change on top of this one.
     void add(Display later);
 };
 

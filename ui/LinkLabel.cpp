@@ -25,10 +25,10 @@ LinkLabel::LinkLabel(QWidget *parent)
 void LinkLabel::focusInEvent(QFocusEvent *event)
 {
     QLabel::focusInEvent(event);
-    // A dialog that opens gives this reason too, before there is a keyboard to have.
+    // A dialog that opens gives this reason, too, before the label has the focus.
     const bool byTab = hasFocus() && (event->reason() == Qt::TabFocusReason ||
                                       event->reason() == Qt::BacktabFocusReason);
-    // Without a link the toolkit would only pass the focus on.
+    // Without a link Qt would only pass the focus on.
     if (byTab && !hasSelectedText() && hasLink()) {
         moveToLink(event->reason() == Qt::TabFocusReason);
     }
@@ -37,6 +37,7 @@ void LinkLabel::focusInEvent(QFocusEvent *event)
 void LinkLabel::showAddress(const QString &address)
 {
     shownAddress = address;
+    setAccessibleName(address);
     setText(QStringLiteral("<a style=\"%1\" href=\"%2\">%2</a>").arg(linkStyle, address));
 }
 
@@ -51,9 +52,9 @@ bool LinkLabel::focusNextPrevChild(bool next)
     if (!moveToLink(next)) {
         return false;
     }
-    // Backwards from the first link the toolkit chooses that link again, for ever.
+    // Backwards from the first link Qt selects that link again, for ever.
     const bool isStuck = hasFocus() && link >= 0 && selectionStart() == link;
-    // Past the label's own way, which is what sticks. NOLINTNEXTLINE(bugprone-parent-virtual-call)
+    // QLabel would select the link again. NOLINTNEXTLINE(bugprone-parent-virtual-call)
     return !isStuck || QWidget::focusNextPrevChild(next);
 }
 

@@ -6,8 +6,8 @@ namespace ui {
 
 /// A label for rich text with links, which open outside the program.
 ///
-/// Mouse and keyboard reach every link. Unlike with the toolkit's own label, the Tab key that
-/// enters the label takes a link at once, and the keyboard leaves the links in both directions.
+/// Unlike with QLabel, the Tab key that enters the label selects a link at once, and Tab and
+/// Backtab leave the label after the last and the first link.
 class LinkLabel : public QLabel
 {
     Q_OBJECT
@@ -15,15 +15,15 @@ class LinkLabel : public QLabel
 public:
     explicit LinkLabel(QWidget *parent);
 
-    /// Makes the label one link to this address and nothing else.
+    /// Shows one link to this address.
     void showAddress(const QString &address);
-    /// Shows rich text of any kind, with the links in the program's style.
+    /// Shows rich text with links in the program's style.
     void showMarkup(const QString &markup);
     /// Empty unless showAddress() was called.
     QString address() const { return shownAddress; }
 
 Q_SIGNALS:
-    /// The keyboard has come to a link; its text is selected.
+    /// Tab or Backtab has selected a link.
     void linkReached();
 
 protected:

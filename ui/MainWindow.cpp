@@ -56,10 +56,8 @@ QString mainStyle()
         "QMenu::item:selected { background: rgba(255,255,255,30); }");
 }
 
-/// The dark gradient with the faint map of the world, behind everything on the main screen.
-///
-/// It lies beneath every frame of the switch, so it is composed once and then only copied. The map
-/// itself stays, for the next size or pixel ratio.
+/// The dark gradient with the faint world map behind the main screen. It is repainted with every
+/// frame of the switch, so it is cached.
 class RootBackground : public QWidget
 {
 public:
@@ -75,7 +73,7 @@ protected:
     {
         QPainter painter{this};
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        composed.draw(painter, size(), [this](QPainter &picture) { compose(picture); });
+        cache.draw(painter, size(), [this](QPainter &picture) { compose(picture); });
     }
 
 private:
@@ -92,7 +90,7 @@ private:
     }
 
     QPixmap map;
-    ui::CachedPicture composed{ui::CachedPicture::Background::Opaque};
+    ui::CachedPicture cache{ui::CachedPicture::Background::Opaque};
 };
 
 template <typename Label> Label *makeLabel(Label *label, const char *name)
@@ -123,7 +121,7 @@ MainWindow::MainWindow(QWidget *parent)
     buildMainScreen();
     buildPages();
     buildServices();
-    nameControls();
+    setAccessibleNames();
     toggle->setAccessibleDescription(statusLabel->text());
     client->connectToService();
 }
@@ -261,7 +259,7 @@ void MainWindow::onServiceMessage(const QString &text)
         return;
     }
     pending.add(ui::displayOf(message));
-    if (!client->moreToCome()) {
+    if (!client->hasPendingLine()) {
         showPending();
     }
 }
@@ -359,7 +357,7 @@ void MainWindow::retranslateUi()
     titleLabel->setText(tr("IXOVPN"));
     hintLabel->setText(tr("Tap the switch to connect"));
     sideMenu->retranslate();
-    nameControls();
+    setAccessibleNames();
     if (!serviceConnected) {
         showStatus(tr("Disconnected"));
         pillLabel->announceChange(tr("Service is not running"));
@@ -375,10 +373,10 @@ void MainWindow::applyStatus(const QString &word)
     apply(ui::displayOf({MessageKind::Status, word}));
 }
 
-void MainWindow::nameControls()
+void MainWindow::setAccessibleNames()
 {
     toggle->setAccessibleName(tr("IXOVPN"));
-    // A sign that cannot be read out; the button says what lies behind it.
+    // A screen reader cannot read out the button's sign.
     menuButton->setAccessibleName(sideMenu->accessibleName());
 }
 

@@ -24,13 +24,12 @@ class ToolButton;
 class TrayController;
 } // namespace ui
 
-/// The client's one window. It wires the service link to what the user sees: the switch, the
-/// labels, the tray, the notices and the pages.
+/// The client's only window. It connects the service client with the switch, the labels, the tray,
+/// the notices and the pages.
 ///
-/// It keeps no model of the tunnel: what it shows is always the last thing that the service or
-/// the link said, or what the user has just asked for; only a change of language shows the last
-/// status word again, whatever came after it. The first attempt to reach the service
-/// begins with construction, shown or not.
+/// It keeps no model of the tunnel: it shows the last message, connection change or click. Only a
+/// change of language shows the last status word again. The constructor starts the first attempt to
+/// connect.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -39,7 +38,7 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
 
 protected:
-    /// Hides to the tray where there is one, unless the program is about to end.
+    /// Hides to the tray if the desktop has one, unless the program is quitting.
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -63,8 +62,7 @@ private:
     void applyStatus(const QString &word);
     void apply(const ui::Display &display);
     void showPending();
-    /// For those who cannot see the screen.
-    void nameControls();
+    void setAccessibleNames();
 
     void showStatus(const QString &text);
     void showNextNotice();
@@ -86,9 +84,9 @@ private:
     bool serviceConnected = false;
     bool quitting = false;
     bool noticeShowing = false;
-    /// What the service has said and the screen does not show yet, because more follows at once.
+    /// Not shown yet, because the next message follows at once.
     ui::Display pending;
-    /// The last status word, known or not, for the texts after a change of language.
+    /// The last status word, known or not, which a change of language shows again.
     QString lastStatus;
     QStringList noticeQueue;
     QTranslator *translator = nullptr;

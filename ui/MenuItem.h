@@ -4,21 +4,19 @@
 
 namespace ui {
 
-/// One row of the side menu: an icon drawn with strokes and a label beside it.
-///
-/// It takes no keyboard focus and has no text elision: the menu makes itself as wide as its
-/// widest row.
+/// A row of the side menu: an icon and a label. It takes no focus and elides no text: the menu is
+/// as wide as its widest row.
 class MenuItem : public QAbstractButton
 {
     Q_OBJECT
 
 public:
-    /// Which icon a row draws. Any other number draws none.
+    /// The icon. Any other number draws none.
     enum Kind : qint32 { Gear = 0, Key = 1, Envelope = 2, Door = 3 };
 
     MenuItem(qint32 kind, const QString &text, QWidget *parent);
 
-    /// Sets the text and lets width and picture follow it.
+    /// Sets the text and updates size and painting.
     void setLabel(const QString &label);
 
     QSize sizeHint() const override;

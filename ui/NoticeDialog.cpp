@@ -21,8 +21,8 @@ namespace {
 
 constexpr int minimumDialogWidth = 360;
 
-// The share of the screen that a notice may take; window frames and panels have the rest.
-constexpr double screenShare = 0.8;
+// Leaves the rest of the screen to window frames and panels.
+constexpr double maxShareOfScreen = 0.8;
 
 QString dialogStyle()
 {
@@ -49,8 +49,8 @@ QString scrollStyle()
         "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }");
 }
 
-// Where the selected text begins, on one line, in a label that is no higher than its text.
-QRect selectedPlace(const LinkLabel &label)
+// The rectangle of the selected text on its first line.
+QRect selectionRect(const LinkLabel &label)
 {
     const auto *const document = label.findChild<QTextDocument *>();
     const QTextBlock block = document->findBlock(label.selectionStart());
@@ -66,19 +66,19 @@ QRect selectedPlace(const LinkLabel &label)
         .toAlignedRect();
 }
 
-// Takes the label in and shows a part of it.
-QScrollArea *scrolling(LinkLabel *label)
+// Takes ownership of the label.
+QScrollArea *makeScrollArea(LinkLabel *label)
 {
     auto *const area = new QScrollArea;
     area->setStyleSheet(scrollStyle());
     area->setFrameShape(QFrame::NoFrame);
-    // The label has the keyboard, and passes on the keys that scroll.
+    // The label has the focus and passes on the keys that scroll.
     area->setFocusPolicy(Qt::NoFocus);
     area->setWidgetResizable(true);
     area->setWidget(label);
     label->setAutoFillBackground(false);
     QObject::connect(label, &LinkLabel::linkReached, area, [area, label] {
-        const QRect link = selectedPlace(*label);
+        const QRect link = selectionRect(*label);
         area->ensureVisible(link.center().x(), link.center().y(), link.width() / 2, link.height());
     });
     return area;
@@ -96,24 +96,24 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
     label->showMarkup(safeMarkup(text));
     auto *const buttons = new QDialogButtonBox{QDialogButtonBox::Ok, this};
     QPushButton *const ok = buttons->button(QDialogButtonBox::Ok);
-    // Some styles put a picture on it that goes with no colour of ours.
+    // The icon of some styles does not fit the button's colour.
     ok->setIcon({});
     column->addWidget(label);
     column->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &NoticeDialog::accept);
 
-    const QSize room = screen()->availableSize() * screenShare;
+    const QSize maximum = screen()->availableSize() * maxShareOfScreen;
     label->ensurePolished();
     const int width =
-        std::max(minimumDialogWidth, std::min(column->sizeHint().width(), room.width()));
+        std::max(minimumDialogWidth, std::min(column->sizeHint().width(), maximum.width()));
     const int height = column->totalHeightForWidth(width);
-    if (column->minimumSize().width() > room.width() || height > room.height()) {
+    if (column->minimumSize().width() > maximum.width() || height > maximum.height()) {
         column->removeWidget(label);
-        column->insertWidget(0, scrolling(label));
+        column->insertWidget(0, makeScrollArea(label));
         label->setFocus();
     }
     // Qt by itself would limit the size to two thirds of the screen.
-    resize(width, std::min(height, room.height()));
+    resize(width, std::min(height, maximum.height()));
 }
 
 } // namespace ui

@@ -93,7 +93,7 @@ void Page::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
-// Not a shortcut of the button: it would work inside an open list as well.
+// A shortcut of the button would take Escape from an open list.
 void Page::keyPressEvent(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Cancel)) {

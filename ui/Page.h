@@ -32,8 +32,7 @@ protected:
     /// Sets the texts again in the language in force; also called when that changes.
     virtual void retranslateUi() = 0;
 
-    /// Both also name what they belong to for those who cannot see it: the page, and the button,
-    /// on which there is only an arrow.
+    /// Sets the title and the tool tip of the back button, also as accessible names.
     void setHeader(const QString &title, const QString &back);
 
     /// A small caption in capitals above a group.

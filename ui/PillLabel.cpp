@@ -15,11 +15,10 @@ namespace ui {
 
 namespace {
 
-constexpr int toolTipLimit = 2000;
+constexpr int maxToolTipLength = 2000;
 
-constexpr int toolTipColumns = 80;
-// The share of the screen that a tool tip may take.
-constexpr double screenShare = 0.8;
+constexpr int maxToolTipColumns = 80;
+constexpr double maxShareOfScreen = 0.8;
 
 QString withoutTrailingBlanks(QString line)
 {
@@ -29,8 +28,8 @@ QString withoutTrailingBlanks(QString line)
     return line;
 }
 
-// A tool tip itself breaks lines at blanks only, and grows beyond the screen.
-QString inLines(const QString &text, const QFont &font, const QSize &room)
+// A tool tip by itself wraps only at blanks and grows beyond the screen.
+QString wrapped(const QString &text, const QFont &font, const QSize &maximum)
 {
     QTextOption wrapping;
     wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -41,13 +40,13 @@ QString inLines(const QString &text, const QFont &font, const QSize &room)
     double height = 0.0;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(room.width());
+        line.setLineWidth(maximum.width());
         height += line.height();
-        if (height > room.height() && !lines.isEmpty()) {
+        if (height > maximum.height() && !lines.isEmpty()) {
             lines.last() += ellipsis;
             break;
         }
-        // Any number of blanks fits at the end of a line here, but not in the tool tip.
+        // Unlike QTextLayout, the tool tip does not let blanks hang over the end of a line.
         lines.append(withoutTrailingBlanks(text.mid(line.textStart(), line.textLength())));
     }
     layout.endLayout();
@@ -108,13 +107,14 @@ void PillLabel::paintEvent(QPaintEvent * /*event*/)
 
 QString PillLabel::toolTipText() const
 {
-    const QString part = singleLine(text(), toolTipLimit);
+    const QString part = singleLine(text(), maxToolTipLength);
     const QFont font = QToolTip::font();
-    QSize room = screen()->availableSize() * screenShare;
-    room.setWidth(std::min(room.width(), toolTipColumns * QFontMetrics{font}.averageCharWidth()));
+    QSize maximum = screen()->availableSize() * maxShareOfScreen;
+    maximum.setWidth(
+        std::min(maximum.width(), maxToolTipColumns * QFontMetrics{font}.averageCharWidth()));
     return QStringLiteral("<p dir='%1' style='white-space:pre'>%2</p>")
         .arg(part.isRightToLeft() ? QLatin1String{"rtl"} : QLatin1String{"ltr"},
-             inLines(part, font, room).toHtmlEscaped());
+             wrapped(part, font, maximum).toHtmlEscaped());
 }
 
 QSize PillLabel::sizeFor(const QString &line) const
@@ -122,7 +122,7 @@ QSize PillLabel::sizeFor(const QString &line) const
     const QFontMetrics metrics = fontMetrics();
     QSize size{metrics.averageCharWidth(), metrics.lineSpacing()};
     if (!line.isEmpty()) {
-        // Not centred: halving the room would cost a pixel in the rounding.
+        // Centring would lose a pixel to rounding.
         size = metrics
                    .boundingRect(QRect{0, 0, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}, Qt::TextSingleLine,
                                  line)

@@ -4,14 +4,12 @@
 
 namespace ui {
 
-/// A status label of one line for texts of any length and content.
+/// A live label of one line for texts of any length and content.
 ///
-/// text() is always what was set. Shown are its beginning, as plain characters whatever markup
-/// they may hold, and an ellipsis where it does not fit. Line breaks and control characters are
-/// shown as blanks. The tool tip of a shortened text shows more of it: the first 2,000 characters,
-/// or fewer where the screen cannot hold them, in lines that are broken inside a word if need be.
-/// The label never asks for more width than its parent has to give, so a long text moves nothing.
-/// The cost of showing a text does not grow with its length.
+/// It shows the beginning of text() as plain text, elided to its width, with blanks for line breaks
+/// and control characters. The tool tip of an elided text shows up to 2,000 characters, wrapped
+/// inside words if necessary, as far as the screen has room. The label's minimum width is that of
+/// the ellipsis, so that a long text moves nothing. Painting costs the same for any length.
 class PillLabel : public LiveLabel
 {
     Q_OBJECT
@@ -25,7 +23,7 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-    /// What is painted: the text on one line, shortened to the present width.
+    /// The elided text that is painted.
     QString shownText() const;
 
 protected:

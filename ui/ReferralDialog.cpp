@@ -58,7 +58,7 @@ ReferralDialog::ReferralDialog(QWidget *parent)
 
     auto *const buttons = new QDialogButtonBox{this};
     saveButton = buttons->addButton(QString{}, QDialogButtonBox::AcceptRole);
-    // Some desktops put an icon on it that fits neither the colours nor the other button.
+    // The icon of some desktops fits neither the colours nor the other button.
     buttons->addButton(QDialogButtonBox::Cancel)->setIcon({});
 
     column->addWidget(promptLabel);
@@ -88,7 +88,7 @@ void ReferralDialog::changeEvent(QEvent *event)
 
 void ReferralDialog::keyPressEvent(QKeyEvent *event)
 {
-    // The field has saved by now; the default button would do so once more.
+    // The field has already saved; the default button would save again.
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isEnter || !codeEdit->hasFocus()) {
         QDialog::keyPressEvent(event);
@@ -118,7 +118,7 @@ void ReferralDialog::showStatus(const QString &text, const QString &state)
     statusLabel->style()->unpolish(statusLabel);
     statusLabel->style()->polish(statusLabel);
     statusLabel->show();
-    // A layout does not make its window higher for a wrapped text that appears later.
+    // A layout does not enlarge its window for a wrapped text that appears later.
     const int needed = layout()->totalHeightForWidth(width());
     if (height() < needed) {
         resize(width(), needed);

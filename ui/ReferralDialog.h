@@ -12,9 +12,8 @@ class LiveLabel;
 
 /// The dialog in which the user enters a referral code.
 ///
-/// A valid code is stored and announced at once; the dialog then closes by itself after 1200 ms.
-/// An invalid one is answered beside the field and changes nothing. The dialog does not talk to
-/// the service: its owner does, on the signal.
+/// The dialog stores and announces a valid code at once and closes after 1200 ms. For an invalid
+/// code it shows an error under the field and changes nothing.
 class ReferralDialog : public Dialog
 {
     Q_OBJECT

@@ -4,24 +4,21 @@
 
 namespace ui {
 
-/// The longest notice that is shown whole, markup included.
+/// With the markup; a longer notice is elided.
 constexpr int maxNoticeLength = 6'000;
 
-/// Rich text from outside the program, as far as it keeps to a short list, so that the toolkit only
-/// ever parses markup of ours: nothing in it can be loaded, and what it costs to lay out depends on
-/// its length alone.
+/// Reduces rich text from the service to an allow-list, so that Qt loads nothing for it and its
+/// layout takes a time that depends on its length only.
 ///
-/// The list: p br hr b strong i em u s sub sup big small tt code pre center blockquote div h1 to h6
-/// ul ol li without attributes; font with a color and span with a style that is a color, by name
-/// or as #rrggbb; a with an href that begins with http:, https: or mailto: and holds no white
-/// space. Text that keeps to it comes back unchanged.
+/// The allow-list: p br hr b strong i em u s sub sup big small tt code pre center blockquote div h1
+/// to h6 ul ol li without attributes; font with a color and span with a style that is a color, by
+/// name or as #rrggbb; a with an href that begins with http:, https: or mailto: and holds no white
+/// space. Such text is returned unchanged.
 ///
-/// Other elements that the toolkit knows, other attributes, comments, end tags that end nothing and
-/// what stands deeper than 20 levels lose their tags; style, script and title their content too. A
-/// `<` that begins nothing of this kind is shown as it is, and so is a `&` without an entity that
-/// may be shown. Of more than 20 marks or invisible characters in a row the first 20 stay. What is
-/// longer than maxNoticeLength is cut there and ends with an ellipsis. A text that holds half a
-/// character is shown without any markup.
+/// Removed are other tags that Qt knows, other attributes, comments, end tags without a start tag,
+/// tags deeper than 20 levels, and the content of style, script and title. Any other `<` or `&` is
+/// escaped. Of more than 20 combining or invisible characters in a row the first 20 stay. Text
+/// longer than maxNoticeLength is elided; invalid UTF-16 is shown as plain text.
 QString safeMarkup(const QString &text);
 
 } // namespace ui

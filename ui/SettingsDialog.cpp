@@ -52,11 +52,11 @@ SettingsDialog::SettingsDialog(QWidget *parent)
                                QString{QLatin1String{language.tag}});
     }
     languageLabel->setBuddy(languageCombo);
-    // Around the list, where the page's style sheet does not reach.
+    // The page's style sheet does not reach the frame of the list.
     languageCombo->view()->parentWidget()->setStyleSheet(QStringLiteral("background: #1B1D3D;"));
     saveButton = new QPushButton{this};
     saveButton->setObjectName(QStringLiteral("save"));
-    // Outside dialogs the Enter key would do nothing.
+    // Outside dialogs Enter would have no effect.
     saveButton->setAutoDefault(true);
 
     auto *const languageRow = new QHBoxLayout;
@@ -69,7 +69,7 @@ SettingsDialog::SettingsDialog(QWidget *parent)
     buttonRow->addWidget(saveButton);
     buttonRow->addStretch(1);
 
-    // The caption keeps the language in which the page was made.
+    // This caption does not follow a change of language.
     body->addWidget(makeSectionCaption(tr("LANGUAGE")));
     body->addLayout(languageRow);
     body->addStretch(1);

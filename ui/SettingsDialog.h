@@ -7,10 +7,8 @@ class QPushButton;
 
 namespace ui {
 
-/// The page on which the user picks the language of the interface.
-///
-/// Despite its name it is no dialog but an overlay of the main window. It neither stores the
-/// choice nor loads a catalogue: the choice leaves it as a signal.
+/// The page on which the user selects the language of the interface. It neither stores the choice
+/// nor loads a catalogue.
 class SettingsDialog : public Page
 {
     Q_OBJECT
@@ -18,11 +16,11 @@ class SettingsDialog : public Page
 public:
     explicit SettingsDialog(QWidget *parent);
 
-    /// Shows the page with the language of `tag` selected; English if no language has this tag.
+    /// Shows the page and selects the language of `tag`, or English if no language has this tag.
     void openPage(const QString &tag);
 
 Q_SIGNALS:
-    /// Another language than the one that the page was opened with was saved.
+    /// The user has saved another language than that of openPage().
     void languageChanged(QString tag);
 
 private:

@@ -20,12 +20,11 @@ class SideMenu : public Overlay
 public:
     explicit SideMenu(QWidget *parent = nullptr);
 
-    /// Covers the parent at its present size and slides in from the edge, also a menu that is just
-    /// closing. Without a parent it does nothing.
+    /// Covers the parent and slides in from the edge. Without a parent it does nothing.
     void openMenu();
-    /// Slides out from wherever the panel is and hides the menu; does nothing on a closed menu.
+    /// Slides out from the present position and hides the menu.
     void closeMenu();
-    /// Sets the rows' texts in the language in force and fits the panel's width to them.
+    /// Sets the texts in the current language and fits the panel's width.
     void retranslate();
 
 Q_SIGNALS:

@@ -113,17 +113,17 @@ void SupportDialog::onCopy(const CopyRow &row)
 {
     const QString value = row.button->property(copyValueProperty).toString();
     QGuiApplication::clipboard()->setText(value, QClipboard::Clipboard);
-    showOn(row, tr("Copied!"));
-    QTimer::singleShot(feedbackTime, row.button, [row, value] { showOn(row, value); });
+    setButtonText(row, tr("Copied!"));
+    QTimer::singleShot(feedbackTime, row.button, [row, value] { setButtonText(row, value); });
 }
 
-void SupportDialog::showOn(const CopyRow &row, const QString &text)
+void SupportDialog::setButtonText(const CopyRow &row, const QString &text)
 {
     row.button->setText(text);
     nameButton(row);
 }
 
-// Read out alone, a value does not tell what it is.
+// A screen reader reads out the caption with the value.
 void SupportDialog::nameButton(const CopyRow &row)
 {
     row.button->setAccessibleName(row.caption->text() + QLatin1Char{' '} + row.button->text());
@@ -134,7 +134,7 @@ void SupportDialog::refreshReferral()
     const QString code = storedReferralCode();
     const bool valid = isValidReferralCode(code);
     if (valid) {
-        showOn(referral, code);
+        setButtonText(referral, code);
         referral.button->setProperty(copyValueProperty, code);
     }
     referral.row->setVisible(valid);

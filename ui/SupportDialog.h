@@ -6,8 +6,8 @@ class QPushButton;
 
 namespace ui {
 
-/// The page with the way to reach support and the facts that support asks for: version, client ID
-/// and referral code, each on a button that copies it.
+/// The page with the address of support, and version, client ID and referral code on buttons that
+/// copy them.
 ///
 /// The client ID belongs to the service and is only read, once, at construction; the referral code
 /// is read at every opening.
@@ -30,7 +30,7 @@ private:
 
     CopyRow makeCopyRow(const QString &value);
     void onCopy(const CopyRow &row);
-    static void showOn(const CopyRow &row, const QString &text);
+    static void setButtonText(const CopyRow &row, const QString &text);
     static void nameButton(const CopyRow &row);
     void refreshReferral();
     void retranslateUi() override;
@@ -38,7 +38,7 @@ private:
     QLabel *contactCaption = nullptr;
     QLabel *contactText = nullptr;
     QLabel *infoCaption = nullptr;
-    /// Version and ID have no row where there is no value.
+    /// Version and ID have no row without a value.
     CopyRow version;
     CopyRow clientId;
     CopyRow referral;

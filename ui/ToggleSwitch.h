@@ -15,10 +15,9 @@ namespace ui {
 /// The large animated switch: a pill-shaped track, a round thumb with a power symbol, and a pulse
 /// while a change is under way.
 ///
-/// It shows a state and reports clicks. It never changes its state by itself: what a click means
-/// is its owner's to decide. It draws at one fixed size, centred, whatever its own size.
-/// Nothing runs while nothing moves. While only the pulse moves, the ring alone is drawn anew in
-/// every frame: the rest is kept as pictures, which are given back when the change is over.
+/// It shows a state and emits toggled(), but never changes its state by itself. It paints at one
+/// fixed size, centred. During a change, glow, track and thumb are cached and only the pulse ring
+/// is painted in every frame.
 class ToggleSwitch : public QWidget
 {
     Q_OBJECT
@@ -36,8 +35,7 @@ public:
 
     explicit ToggleSwitch(QWidget *parent = nullptr);
 
-    /// Glides to the look of `newState` from wherever thumb and colour are now. The state that the
-    /// switch already has changes nothing and restarts nothing.
+    /// Animates thumb and colour from their present values. The present state restarts nothing.
     void setState(State newState);
     State state() const { return state_; }
     /// The tunnel is up, or going down.
@@ -51,11 +49,11 @@ public:
     double trackMix() const { return trackMix_; }
     void setTrackMix(double mix);
 
-    /// Smaller than the minimum size, and meant to be: layouts give the switch its minimum.
+    /// Smaller than the minimum size, so that layouts use the minimum.
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// A left press, unless a change is under way.
+    /// A left press, unless the state is changing.
     void toggled();
 
 protected:

@@ -11,7 +11,7 @@ ToolButton::ToolButton(QWidget *parent)
 void ToolButton::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        // Held, it would go on to press what has the keyboard next.
+        // Repeated, the key would press the next widget with focus.
         if (!event->isAutoRepeat()) {
             click();
         }

@@ -4,8 +4,7 @@
 
 namespace ui {
 
-/// A button with a sign on it that Enter presses, too, once however long it is held: outside
-/// dialogs the toolkit's own lets that key go by.
+/// A tool button that Enter presses, too, but only once while the key is held.
 class ToolButton : public QToolButton
 {
     Q_OBJECT
