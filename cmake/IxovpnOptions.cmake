@@ -17,7 +17,7 @@ target_compile_options(ixovpn_options INTERFACE
   -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wnull-dereference
   -Wformat=2 -Wimplicit-fallthrough -Wextra-semi -Wundef)
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
-  # The warnings above that only GCC knows, and one of the toolkit's macros.
+  # The warnings above that only GCC knows, and one of Qt's macros.
   target_compile_options(ixovpn_options INTERFACE
     -Wno-unknown-warning-option -Wno-gnu-zero-variadic-macro-arguments)
 endif()
@@ -42,7 +42,7 @@ target_compile_options(ixovpn_options INTERFACE
 target_compile_options(ixovpn_options INTERFACE
   $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 if(WIN32)
-  # The compiler's own libraries become part of each program; the toolkit stays shared.
+  # The compiler's own libraries become part of each program; Qt stays shared.
   target_link_options(ixovpn_options INTERFACE
     -static -fstack-protector-strong -Wl,--gc-sections -Wl,-s
     -Wl,--nxcompat -Wl,--dynamicbase -Wl,--high-entropy-va)
@@ -82,7 +82,7 @@ if(IXOVPN_FUZZ)
 endif()
 
 # Link-time optimisation compiles the whole program anew as a position independent executable, in
-# which the toolkit's meta-objects and signals would get second addresses: casts of its objects
+# which Qt's meta-objects and signals would get second addresses: casts of its objects
 # would fail and connections would not find their signals. So everything of other libraries is
 # reached through its one address, and where the compiler cannot do that, nothing is optimised at
 # link time. The linker is told to refuse copies.
