@@ -337,11 +337,9 @@ void MainWindow::onLanguageChanged(const QString &tag)
     ui::catalogue::storeTag(tag);
     sendLanguage(tag);
 
-    if (translator != nullptr) {
-        QCoreApplication::removeTranslator(translator);
-        delete translator;
-        translator = nullptr;
-    }
+    // Its destructor also removes it from the application.
+    delete translator;
+    translator = nullptr;
     auto fresh = std::make_unique<QTranslator>(this);
     if (ui::catalogue::load(*fresh, tag) ||
         ui::catalogue::load(*fresh, ui::catalogue::fallbackTag())) {

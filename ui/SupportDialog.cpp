@@ -66,14 +66,14 @@ SupportDialog::SupportDialog(QWidget *parent)
     body->addWidget(infoCaption);
     const QString applicationVersion = QCoreApplication::applicationVersion();
     if (!applicationVersion.isEmpty()) {
-        version = makeCopyRow(applicationVersion);
+        addCopyRow(applicationVersion, QT_TR_NOOP("Version:"));
     }
     const QString id = storedClientId();
     if (!id.isEmpty()) {
-        clientId = makeCopyRow(id);
+        addCopyRow(id, QT_TR_NOOP("Your ID:"));
     }
-    referral = makeCopyRow({});
-    referral.row->hide();
+    addCopyRow({}, QT_TR_NOOP("Referral:"));
+    rows.constLast().row->hide();
     body->addStretch(1);
 
     retranslateUi();
@@ -85,28 +85,24 @@ void SupportDialog::openPage()
     open();
 }
 
-SupportDialog::CopyRow SupportDialog::makeCopyRow(const QString &value)
+void SupportDialog::addCopyRow(const QString &value, const char *text)
 {
-    CopyRow made;
-    made.row = new QWidget{this};
-    made.caption = new QLabel{made.row};
-    made.button = new CopyButton{value, made.row};
-    made.button->setObjectName(QStringLiteral("copy"));
-    made.button->setProperty(copyValueProperty, value);
-    made.button->setToolTip(tr("Click to copy"));
+    auto *const widget = new QWidget{this};
+    const CopyRow row{widget, new QLabel{widget}, new CopyButton{value, widget}, text};
+    row.button->setObjectName(QStringLiteral("copy"));
+    row.button->setProperty(copyValueProperty, value);
+    row.caption->setBuddy(row.button);
 
-    auto *const line = new QHBoxLayout{made.row};
+    auto *const line = new QHBoxLayout{widget};
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(8);
-    line->addWidget(made.caption);
-    line->addWidget(made.button);
+    line->addWidget(row.caption);
+    line->addWidget(row.button);
     line->addStretch(1);
-    body->addWidget(made.row);
+    body->addWidget(widget);
 
-    made.caption->setBuddy(made.button);
-
-    connect(made.button, &QPushButton::clicked, this, [this, made] { onCopy(made); });
-    return made;
+    connect(row.button, &QPushButton::clicked, this, [this, row] { onCopy(row); });
+    rows.append(row);
 }
 
 void SupportDialog::onCopy(const CopyRow &row)
@@ -133,6 +129,7 @@ void SupportDialog::refreshReferral()
 {
     const QString code = storedReferralCode();
     const bool valid = isValidReferralCode(code);
+    const CopyRow &referral = rows.constLast();
     if (valid) {
         setButtonText(referral, code);
         referral.button->setProperty(copyValueProperty, code);
@@ -146,16 +143,11 @@ void SupportDialog::retranslateUi()
     contactCaption->setText(tr("CONTACT"));
     contactText->setText(tr("For any questions about VPN operation, please contact us:"));
     infoCaption->setText(tr("INFO"));
-    const auto retranslate = [](const CopyRow &row, const QString &caption) {
-        if (row.row != nullptr) {
-            row.caption->setText(caption);
-            row.button->setToolTip(tr("Click to copy"));
-            nameButton(row);
-        }
-    };
-    retranslate(version, tr("Version:"));
-    retranslate(clientId, tr("Your ID:"));
-    retranslate(referral, tr("Referral:"));
+    for (const CopyRow &row : qAsConst(rows)) {
+        row.caption->setText(tr(row.text));
+        row.button->setToolTip(tr("Click to copy"));
+        nameButton(row);
+    }
 }
 
 } // namespace ui

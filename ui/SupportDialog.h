@@ -23,12 +23,13 @@ public:
 private:
     struct CopyRow
     {
-        QWidget *row = nullptr;
-        QLabel *caption = nullptr;
-        QPushButton *button = nullptr;
+        QWidget *row;
+        QLabel *caption;
+        QPushButton *button;
+        const char *text;
     };
 
-    CopyRow makeCopyRow(const QString &value);
+    void addCopyRow(const QString &value, const char *text);
     void onCopy(const CopyRow &row);
     static void setButtonText(const CopyRow &row, const QString &text);
     static void nameButton(const CopyRow &row);
@@ -38,10 +39,8 @@ private:
     QLabel *contactCaption = nullptr;
     QLabel *contactText = nullptr;
     QLabel *infoCaption = nullptr;
-    /// Version and ID have no row without a value.
-    CopyRow version;
-    CopyRow clientId;
-    CopyRow referral;
+    /// Version and ID, each only with a value, and the referral code.
+    QList<CopyRow> rows;
 };
 
 } // namespace ui
