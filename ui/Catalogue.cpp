@@ -8,7 +8,7 @@ namespace ui::catalogue {
 
 namespace {
 
-constexpr QLatin1String languageKey{"language"};
+const QLatin1String languageKey{"language"};
 
 } // namespace
 

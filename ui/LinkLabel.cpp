@@ -7,7 +7,7 @@ namespace ui {
 namespace {
 
 const QColor linkColour{255, 138, 78};
-constexpr QLatin1String linkStyle{"color:#FF8A4E;text-decoration:none;font-weight:600;"};
+const QLatin1String linkStyle{"color:#FF8A4E;text-decoration:none;font-weight:600;"};
 
 } // namespace
 

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr QLatin1String settingsKey{"referral_code"};
+const QLatin1String settingsKey{"referral_code"};
 
 } // namespace
 
