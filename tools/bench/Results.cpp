@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iomanip>
-#include <stdexcept>
 
 namespace bench {
 
@@ -14,21 +12,13 @@ double median(std::vector<double> values)
     return values.size() % 2 == 1 ? values[half] : (values[half - 1] + values[half]) / 2.0;
 }
 
-Results::Results(const std::string &folder, const std::string &measurement)
-    : file(folder + '/' + measurement + ".csv")
-    , aims(folder + '/' + measurement + " aims.csv")
+Results::Results(const char *measurement)
 {
-    if (!file || !aims) {
-        throw std::runtime_error{"cannot write in " + folder};
-    }
-    file << "round,program,quantity,value\n";
-    aims << "program,quantity,what,figure,aim,verdict\n";
-    std::printf("\n%s\n", measurement.c_str());
+    std::printf("\n%s\n", measurement);
 }
 
-void Results::add(int round, const std::string &program, const std::string &quantity, double value)
+void Results::add(const std::string &program, const std::string &quantity, double value)
 {
-    file << round << ',' << std::quoted(program) << ',' << quantity << ',' << value << std::endl;
     figures[{program, quantity}].push_back(value);
 }
 
@@ -58,8 +48,6 @@ void Results::judgeLargest(const std::string &program, const std::string &quanti
 void Results::judge(const Key &key, const std::string &what, double figure, double aim)
 {
     const char *const verdict = figure <= aim ? "met" : "MISSED";
-    aims << std::quoted(key.first) << ',' << key.second << ',' << std::quoted(what) << ',' << figure
-         << ',' << aim << ',' << verdict << std::endl;
     std::printf("  %-57s %10.2f   aim: at most %.2f, %s\n",
                 (key.first + ": " + key.second + ", " + what).c_str(), figure, aim, verdict);
     std::fflush(stdout);

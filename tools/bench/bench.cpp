@@ -1,7 +1,7 @@
 // Measures the client beside programs that do the least possible, in turn. See docs/benchmarks.md;
 // scripts/bench gives it a display of its own.
 //
-//   ixovpn-bench FOLDER-OF-PROGRAMS FOLDER-FOR-FIGURES ROUNDS MEASUREMENT [COMMAND...]
+//   ixovpn-bench FOLDER-OF-PROGRAMS ROUNDS MEASUREMENT [COMMAND...]
 //
 // ROUNDS 0 stands for each measurement's own number. The commands, without arguments, are of other
 // programs that live in the tray, for the measurement "others".
@@ -53,11 +53,9 @@ constexpr double idleAim = 0.0;
 class Bench
 {
 public:
-    Bench(const std::string &programs_, std::string figures_, int rounds_,
-          std::vector<std::string> others_)
+    Bench(const std::string &programs_, int rounds_, std::vector<std::string> others_)
         : client(programs_ + "/ixovpn-client")
         , floor(programs_ + "/ixovpn-bench-floor")
-        , figures(std::move(figures_))
         , wantedRounds(rounds_)
         , strangers(std::move(others_))
     {}
@@ -90,9 +88,8 @@ private:
     std::unique_ptr<Child> show(const Command &command);
     void startOnce(Results &results, int round, const std::string &name, const Command &command);
     Cost costOf(const Child &child, std::int64_t ms);
-    void addCost(Results &results, int round, const std::string &name, const Child &child,
-                 std::int64_t ms);
-    void floodOnce(Results &results, int round, const std::string &name, const Command &command);
+    void addCost(Results &results, const std::string &name, const Child &child, std::int64_t ms);
+    void floodOnce(Results &results, const std::string &name, const Command &command);
     void delayOnce(Results &results, const std::string &name, const Command &command,
                    const std::array<std::string, 2> &lines);
 
@@ -106,7 +103,6 @@ private:
     std::unique_ptr<FakeService> service;
     std::string client;
     std::string floor;
-    std::string figures;
     int wantedRounds;
     std::vector<std::string> strangers;
 };
@@ -183,8 +179,8 @@ void Bench::startOnce(Results &results, int round, const std::string &name, cons
         return false;
     });
     if (round > 0) {
-        results.add(round, name, "ms to first painting", msOf(paintedAt - child.started()));
-        results.add(round, name, "CPU ms to first painting", msOf(processorTime));
+        results.add(name, "ms to first painting", msOf(paintedAt - child.started()));
+        results.add(name, "CPU ms to first painting", msOf(processorTime));
     }
 }
 
@@ -192,7 +188,7 @@ void Bench::start()
 {
     constexpr int usualRounds = 21;
     constexpr int warmUps = 3;
-    Results results{figures, "start"};
+    Results results{"start"};
     service = std::make_unique<FakeService>("stopped");
     for (int round = 1 - warmUps; round <= rounds(usualRounds); ++round) {
         startOnce(results, round, "client", {client});
@@ -215,7 +211,7 @@ void Bench::memory()
 {
     constexpr int usualRounds = 5;
     const std::string quantity = "KiB of memory (PSS)";
-    Results results{figures, "memory"};
+    Results results{"memory"};
     service = std::make_unique<FakeService>("running");
     for (int round = 1; round <= rounds(usualRounds); ++round) {
         for (const auto &[name, command] :
@@ -223,7 +219,7 @@ void Bench::memory()
               std::pair{"floor without OpenGL", floorWithoutOpenGl()}}) {
             const auto child = show(command);
             pass(quietMs);
-            results.add(round, name, quantity, static_cast<double>(child->proportionalSize()));
+            results.add(name, quantity, static_cast<double>(child->proportionalSize()));
         }
     }
     service.reset();
@@ -246,34 +242,33 @@ Bench::Cost Bench::costOf(const Child &child, std::int64_t ms)
     return cost;
 }
 
-void Bench::addCost(Results &results, int round, const std::string &name, const Child &child,
-                    std::int64_t ms)
+void Bench::addCost(Results &results, const std::string &name, const Child &child, std::int64_t ms)
 {
     const Cost cost = costOf(child, ms);
-    results.add(round, name, "CPU ms", cost.ms);
-    results.add(round, name, "context switches", cost.switches);
+    results.add(name, "CPU ms", cost.ms);
+    results.add(name, "context switches", cost.switches);
 }
 
 void Bench::idle()
 {
     constexpr int usualRounds = 3;
-    Results results{figures, "idle for 20 s"};
+    Results results{"idle for 20 s"};
     for (int round = 1; round <= rounds(usualRounds); ++round) {
         service = std::make_unique<FakeService>("running");
         {
             const auto child = show({client});
             pass(quietMs);
-            addCost(results, round, "client, connected", *child, idleMs);
+            addCost(results, "client, connected", *child, idleMs);
         }
         service.reset();
         {
             const auto child = show({client});
             pass(quietMs);
-            addCost(results, round, "client, service away", *child, idleMs);
+            addCost(results, "client, service away", *child, idleMs);
         }
         const auto child = show({floor});
         pass(quietMs);
-        addCost(results, round, "floor", *child, idleMs);
+        addCost(results, "floor", *child, idleMs);
     }
     for (const char *name : {"client, connected", "client, service away", "floor"}) {
         results.print(name, "CPU ms");
@@ -282,7 +277,7 @@ void Bench::idle()
     results.judgeLargest("client, connected", "context switches", idleAim);
 }
 
-void Bench::floodOnce(Results &results, int round, const std::string &name, const Command &command)
+void Bench::floodOnce(Results &results, const std::string &name, const Command &command)
 {
     service = std::make_unique<FakeService>("stopped");
     const auto child = show(command);
@@ -324,19 +319,19 @@ void Bench::floodOnce(Results &results, int round, const std::string &name, cons
             return drawn && screen.showsFailure();
         },
         "the last line's effect");
-    results.add(round, name, "ms to the last line's effect", msOf(now() - begin));
-    results.add(round, name, "CPU ms", msOf(child->processorTime() - timeBefore));
-    results.add(round, name, "ms of the slowest answer", slowestAnswer);
+    results.add(name, "ms to the last line's effect", msOf(now() - begin));
+    results.add(name, "CPU ms", msOf(child->processorTime() - timeBefore));
+    results.add(name, "ms of the slowest answer", slowestAnswer);
     service.reset();
 }
 
 void Bench::flood()
 {
     constexpr int usualRounds = 5;
-    Results results{figures, "flood of 200000 lines"};
+    Results results{"flood of 200000 lines"};
     for (int round = 1; round <= rounds(usualRounds); ++round) {
-        floodOnce(results, round, "client", {client});
-        floodOnce(results, round, "floor", {floor, "--lines"});
+        floodOnce(results, "client", {client});
+        floodOnce(results, "floor", {floor, "--lines"});
     }
     for (const char *quantity :
          {"ms to the last line's effect", "CPU ms", "ms of the slowest answer"}) {
@@ -360,14 +355,14 @@ void Bench::delayOnce(Results &results, const std::string &name, const Command &
         const std::int64_t begin = now();
         service->write(lines[static_cast<std::size_t>(i % 2)]);
         require([this] { return !screen.paintings().empty(); }, "the change");
-        results.add(i + 1, name, "ms to the change", msOf(screen.paintings().front() - begin));
+        results.add(name, "ms to the change", msOf(screen.paintings().front() - begin));
     }
     service.reset();
 }
 
 void Bench::delay()
 {
-    Results results{figures, "delay from a line to its change on the screen"};
+    Results results{"delay from a line to its change on the screen"};
     delayOnce(results, "client", {client}, {"status: running\n", "status: stopped\n"});
     delayOnce(results, "floor", {floor, "--lines"}, {"error: a\n", "error: b\n"});
     results.print("client", "ms to the change");
@@ -377,8 +372,8 @@ void Bench::delay()
 void Bench::pulse()
 {
     constexpr int usualRounds = 3;
-    Results results{figures, "10 s of the switch"};
-    const auto inState = [&](int round, const std::string &name, const std::string &status,
+    Results results{"10 s of the switch"};
+    const auto inState = [&](const std::string &name, const std::string &status,
                              const std::function<void()> &hide) {
         service = std::make_unique<FakeService>(status);
         const auto child = show({client});
@@ -387,23 +382,22 @@ void Bench::pulse()
             hide();
             pass(quietMs);
         }
-        addCost(results, round, name, *child, pulseMs);
+        addCost(results, name, *child, pulseMs);
         service.reset();
     };
     for (int round = 1; round <= rounds(usualRounds); ++round) {
-        inState(round, "client, connecting", "connecting", {});
+        inState("client, connecting", "connecting", {});
         {
             const auto child = show({floor, "--animate"});
             pass(quietMs);
-            addCost(results, round, "floor, animated", *child, pulseMs);
+            addCost(results, "floor, animated", *child, pulseMs);
         }
-        inState(round, "client, connecting, minimised", "connecting",
-                [this] { screen.minimise(); });
+        inState("client, connecting, minimised", "connecting", [this] { screen.minimise(); });
         screen.raiseTray();
-        inState(round, "client, connecting, in tray", "connecting", [this] { screen.close(); });
+        inState("client, connecting, in tray", "connecting", [this] { screen.close(); });
         screen.removeTray();
-        inState(round, "client, on", "running", {});
-        inState(round, "client, off", "stopped", {});
+        inState("client, on", "running", {});
+        inState("client, off", "stopped", {});
     }
     for (const char *name :
          {"client, connecting", "floor, animated", "client, connecting, minimised",
@@ -420,7 +414,7 @@ void Bench::others()
 {
     constexpr int usualRounds = 3;
     const std::string memory = "KiB of memory (PSS)";
-    Results results{figures, "others"};
+    Results results{"others"};
     std::vector<std::string> programs{client};
     programs.insert(programs.end(), strangers.begin(), strangers.end());
     const auto nameOf = [](const std::string &path) {
@@ -433,9 +427,9 @@ void Bench::others()
             const std::string name = nameOf(program);
             const Child child{{program}};
             pass(othersSettleMs);
-            results.add(round, name, "CPU ms of the first 10 s", msOf(child.processorTime()));
-            results.add(round, name, memory, static_cast<double>(child.proportionalSize()));
-            addCost(results, round, name, child, idleMs);
+            results.add(name, "CPU ms of the first 10 s", msOf(child.processorTime()));
+            results.add(name, memory, static_cast<double>(child.proportionalSize()));
+            addCost(results, name, child, idleMs);
         }
     }
     screen.removeTray();
@@ -468,14 +462,14 @@ void run(Bench &bench, const std::string &measurement)
 
 int main(int argc, char *argv[])
 {
-    constexpr int measurement = 4;
-    constexpr int firstCommand = 5;
+    constexpr int measurement = 3;
+    constexpr int firstCommand = 4;
     if (argc <= measurement) {
         std::fputs("run scripts/bench instead\n", stderr);
         return 2;
     }
     try {
-        Bench bench{argv[1], argv[2], std::stoi(argv[3]),
+        Bench bench{argv[1], std::stoi(argv[2]),
                     std::vector<std::string>(argv + firstCommand, argv + argc)};
         run(bench, argv[measurement]);
     } catch (const std::exception &error) {

@@ -1,5 +1,5 @@
 // Prints how many microseconds one painting of the switch, of the background and of the whole
-// window takes, into an image and without a display: lines of "name,microseconds".
+// window takes, into an image and without a display: with the names.
 
 #include "ui/MainWindow.h"
 #include "ui/ToggleSwitch.h"
@@ -34,7 +34,8 @@ void report(const char *name, QWidget &widget, QWidget::RenderFlags flags, Chang
     for (int i = 0; i < paintings; ++i) {
         paint(i);
     }
-    std::printf("%s,%.2f\n", name, static_cast<double>(timer.nsecsElapsed()) / nsPerUs / paintings);
+    std::printf("  %-57s %10.2f\n", name,
+                static_cast<double>(timer.nsecsElapsed()) / nsPerUs / paintings);
 }
 
 } // namespace
