@@ -7,27 +7,16 @@
 #include <QHostAddress>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 
 #include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <memory>
 
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-using servicesim::Fault;
-using servicesim::FaultPlan;
-using servicesim::FaultSettings;
 using servicesim::Simulator;
-
-Q_DECLARE_METATYPE(servicesim::Fault)
 
 // Only a test that fails anyway waits this long.
 constexpr int patienceMs = 300'000;
@@ -49,18 +38,6 @@ const QStringList frozen{QStringLiteral("--delay"), QStringLiteral("3600000")};
 QStringList beginningIn(const QString &state)
 {
     return quick + QStringList{QStringLiteral("--state"), state};
-}
-
-QStringList withFaults(const char *faults, const char *probability)
-{
-    return quick + QStringList{QStringLiteral("--faults"), QString::fromLatin1(faults),
-                               QStringLiteral("--fault-probability"),
-                               QString::fromLatin1(probability)};
-}
-
-QStringList always(const char *faults)
-{
-    return withFaults(faults, "1");
 }
 
 servicesim::ParsedOptions parse(const QStringList &arguments)
@@ -112,10 +89,8 @@ class Client
 public:
     explicit Client(quint16 port)
     {
-        QObject::connect(&socket, &QTcpSocket::readyRead, &socket, [this] {
-            pieces.append(socket.readAll());
-            bytes += pieces.constLast();
-        });
+        QObject::connect(&socket, &QTcpSocket::readyRead, &socket,
+                         [this] { bytes += socket.readAll(); });
         socket.connectToHost(QHostAddress{QHostAddress::LocalHost}, port);
         if (!socket.waitForConnected()) {
             qFatal("No connection: %s", qPrintable(socket.errorString()));
@@ -140,15 +115,10 @@ public:
         whole.removeLast();
         return whole;
     }
-    void clear()
-    {
-        bytes.clear();
-        pieces.clear();
-    }
+    void clear() { bytes.clear(); }
 
     QTcpSocket socket;
     QByteArray bytes;
-    QList<QByteArray> pieces;
 };
 
 QStringList texts(const QSignalSpy &spy)
@@ -158,25 +128,6 @@ QStringList texts(const QSignalSpy &spy)
         all.append(arguments.constFirst().toString());
     }
     return all;
-}
-
-QVector<Fault> faults(const FaultSettings &settings, quint32 connection, int count)
-{
-    FaultPlan plan{settings, connection};
-    QVector<Fault> all;
-    for (int i = 0; i < count; ++i) {
-        all.append(plan.next().fault);
-    }
-    return all;
-}
-
-FaultSettings allFaults(double probability, quint32 seed)
-{
-    FaultSettings settings;
-    settings.kinds = {Fault::Close, Fault::Reset, Fault::Silence, Fault::Split, Fault::Crlf};
-    settings.probability = probability;
-    settings.seed = seed;
-    return settings;
 }
 
 /// The program itself, with what it has printed so far.
@@ -246,26 +197,11 @@ private Q_SLOTS:
     void lineWithoutEnd();
     void commandInPieces();
     void linesAsTheyStand();
-    void linesAsTheyStandKeepTheirTurn();
 
-    void sameSeedSameFaults();
-    void otherSeedOrConnectionOtherFaults();
-    void faultProbability();
-    void onlyTheChosenFaults();
-    void splitPositionsAreShares();
-    void sameSeedSameFaultsOnTheWire();
-    void closes();
-    void resets();
-    void isSilent();
-    void splitsLines();
-    void endsLinesInCrlf();
-    void realClientWalks_data();
     void realClientWalks();
-    void realClientComesBackAfterAFault();
 
     void options();
     void noticeOptions();
-    void orderOfFaultNamesIsOfNoMatter();
     void badOptions_data();
     void badOptions();
 
@@ -730,170 +666,9 @@ void tst_ServiceSim::linesAsTheyStand()
     TRY_COMPARE(first.lines(), QStringList{QStringLiteral("status: stopped")});
 }
 
-void tst_ServiceSim::linesAsTheyStandKeepTheirTurn()
-{
-    const Service service{always("split")};
-    Client client{service->port()};
-    client.command("status");
-    TRY_VERIFY(!service.notes().filter(QStringLiteral("#1 fault: split")).isEmpty());
-    service->sendAsItStands("notice: second");
-    TRY_COMPARE(client.lines(),
-                (QStringList{QStringLiteral("status: stopped"), QStringLiteral("notice: second")}));
-}
-
-void tst_ServiceSim::sameSeedSameFaults()
-{
-    QCOMPARE(faults(allFaults(0.5, 7), 3, 500), faults(allFaults(0.5, 7), 3, 500));
-}
-
-void tst_ServiceSim::otherSeedOrConnectionOtherFaults()
-{
-    QVERIFY(faults(allFaults(0.5, 7), 3, 500) != faults(allFaults(0.5, 8), 3, 500));
-    QVERIFY(faults(allFaults(0.5, 7), 3, 500) != faults(allFaults(0.5, 7), 4, 500));
-}
-
-void tst_ServiceSim::faultProbability()
-{
-    const auto spoilt = [](double probability) {
-        const QVector<Fault> all = faults(allFaults(probability, 1), 1, 2000);
-        return all.size() - all.count(Fault::None);
-    };
-    QCOMPARE(spoilt(0.0), 0);
-    QCOMPARE(spoilt(1.0), 2000);
-    const int some = spoilt(0.25);
-    QVERIFY2(some > 400 && some < 600, qPrintable(QString::number(some)));
-}
-
-void tst_ServiceSim::onlyTheChosenFaults()
-{
-    FaultSettings settings = allFaults(1.0, 1);
-    const QVector<Fault> all = faults(settings, 1, 500);
-    for (const Fault kind : settings.kinds) {
-        QVERIFY(all.count(kind) > 50);
-    }
-    settings.kinds = {Fault::Reset, Fault::Crlf};
-    const QVector<Fault> two = faults(settings, 1, 500);
-    QCOMPARE(two.count(Fault::Reset) + two.count(Fault::Crlf), 500);
-    QVERIFY(two.count(Fault::Reset) > 150);
-    settings.kinds.clear();
-    QCOMPARE(faults(settings, 1, 500).count(Fault::None), 500);
-}
-
-void tst_ServiceSim::splitPositionsAreShares()
-{
-    FaultPlan plan{allFaults(1.0, 1), 1};
-    double least = 1.0;
-    double most = 0.0;
-    for (int i = 0; i < 500; ++i) {
-        const double position = plan.next().position;
-        least = std::min(least, position);
-        most = std::max(most, position);
-    }
-    QVERIFY(least >= 0.0 && least < 0.1);
-    QVERIFY(most < 1.0 && most > 0.9);
-}
-
-void tst_ServiceSim::sameSeedSameFaultsOnTheWire()
-{
-    const auto run = [](const char *seed) {
-        const Service service{withFaults("silence,crlf", "0.4") +
-                              QStringList{QStringLiteral("--silence"), QStringLiteral("2"),
-                                          QStringLiteral("--seed"), QString::fromLatin1(seed)}};
-        Client client{service->port()};
-        constexpr int count = 60;
-        for (int i = 0; i < count; ++i) {
-            client.command("status");
-        }
-        const bool answered = QTest::qWaitFor(
-            [&service] { return service.notes().filter(QStringLiteral("#1 > ")).size() == count; });
-        service->sendAsItStands("end");
-        const bool heard = QTest::qWaitFor([&client] { return client.bytes.endsWith("end\n"); });
-        return answered && heard ? client.bytes : QByteArray{};
-    };
-    const QByteArray first = run("5");
-    QVERIFY(!first.isEmpty());
-    QCOMPARE(run("5"), first);
-    QVERIFY(run("6") != first);
-}
-
-void tst_ServiceSim::closes()
-{
-    const Service service{always("close")};
-    Client client{service->port()};
-    client.command("status");
-    TRY_COMPARE(client.socket.state(), QAbstractSocket::UnconnectedState);
-    QVERIFY(client.bytes.isEmpty());
-    QVERIFY(service.noted(QStringLiteral("#1 fault: close")));
-    TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
-}
-
-void tst_ServiceSim::resets()
-{
-    const Service service{always("reset")};
-    // Qt's sockets report an orderly end and a reset by the same error.
-    const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const auto closing = qScopeGuard([fd] { close(fd); });
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(service->port());
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    QCOMPARE(::connect(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
-    const QByteArray command{"{\"cmd\":\"status\"}\n"};
-    QCOMPARE(::send(fd, command.constData(), static_cast<size_t>(command.size()), 0),
-             ssize_t{command.size()});
-    TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
-    QVERIFY(service.noted(QStringLiteral("#1 fault: reset")));
-    char byte = 0;
-    QCOMPARE(recv(fd, &byte, 1, 0), ssize_t{-1});
-    QCOMPARE(errno, ECONNRESET);
-}
-
-void tst_ServiceSim::isSilent()
-{
-    const Service service{always("silence") +
-                          QStringList{QStringLiteral("--silence"), QStringLiteral("2")}};
-    Client client{service->port()};
-    client.command("connect");
-    TRY_VERIFY(service.noted(QStringLiteral("> status: running")));
-    service->sendAsItStands("end");
-    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("end")});
-    QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: silence")).size(), 3);
-    QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: silent")).size(), 2);
-    QVERIFY(client.isUp());
-}
-
-void tst_ServiceSim::splitsLines()
-{
-    const Service service{always("split")};
-    Client client{service->port()};
-    client.command("connect");
-    TRY_COMPARE(client.lines(), wayUp);
-    QCOMPARE(service.notes().filter(QStringLiteral("#1 fault: split after ")).size(), wayUp.size());
-    QVERIFY(std::any_of(client.pieces.begin(), client.pieces.end(),
-                        [](const QByteArray &piece) { return !piece.endsWith('\n'); }));
-}
-
-void tst_ServiceSim::endsLinesInCrlf()
-{
-    const Service service{always("crlf")};
-    Client client{service->port()};
-    client.command("status");
-    TRY_COMPARE(client.bytes, QByteArray{"status: stopped\r\n"});
-}
-
-void tst_ServiceSim::realClientWalks_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("sound") << quick;
-    QTest::newRow("split") << always("split");
-    QTest::newRow("crlf") << always("crlf");
-    QTest::newRow("both at times") << withFaults("split,crlf", "0.5");
-}
-
 void tst_ServiceSim::realClientWalks()
 {
-    QFETCH(QStringList, arguments);
-    const Service service{arguments, QString::number(ipc::protocol::servicePort)};
+    const Service service{quick, QString::number(ipc::protocol::servicePort)};
     ipc::ServiceClient client{nullptr};
     const QSignalSpy up{&client, &ipc::ServiceClient::connectionChanged};
     QSignalSpy heard{&client, &ipc::ServiceClient::messageReceived};
@@ -917,22 +692,6 @@ void tst_ServiceSim::realClientWalks()
     QVERIFY(service.notes().filter(QStringLiteral("malformed")).isEmpty());
 }
 
-void tst_ServiceSim::realClientComesBackAfterAFault()
-{
-    const Service service{always("close,reset"), QString::number(ipc::protocol::servicePort)};
-    ipc::ServiceClient client{nullptr};
-    const QSignalSpy changes{&client, &ipc::ServiceClient::connectionChanged};
-    connect(&client, &ipc::ServiceClient::connectionChanged, this, [&client](bool connected) {
-        if (connected) {
-            client.send(ipc::protocol::statusCommand);
-        }
-    });
-    client.connectToService();
-    TRY_VERIFY(service.noted(QStringLiteral("#2 disconnected")));
-    TRY_COMPARE(texts(changes), (QStringList{QStringLiteral("true"), QStringLiteral("false"),
-                                             QStringLiteral("true"), QStringLiteral("false")}));
-}
-
 void tst_ServiceSim::options()
 {
     const auto usual = parse({}).options;
@@ -943,21 +702,12 @@ void tst_ServiceSim::options()
     QCOMPARE(usual->tunnel.stepDelay, std::chrono::milliseconds{400});
     QVERIFY(!usual->tunnel.failure);
     QVERIFY(!usual->tunnel.expired);
-    QVERIFY(usual->faults.kinds.isEmpty());
     QVERIFY(usual->notices.isEmpty());
 
-    const auto chosen =
-        parse({QStringLiteral("--port=1"), QStringLiteral("--quiet"),
-               QStringLiteral("--seed=4294967295"), QStringLiteral("--faults=close"),
-               QStringLiteral("--silence=9"), QStringLiteral("--fault-probability=0.75")})
-            .options;
+    const auto chosen = parse({QStringLiteral("--port=1"), QStringLiteral("--quiet")}).options;
     QVERIFY(chosen);
     QCOMPARE(chosen->port, quint16{1});
     QVERIFY(chosen->quiet);
-    QCOMPARE(chosen->faults.seed, 4294967295U);
-    QCOMPARE(chosen->faults.kinds, QVector<Fault>{Fault::Close});
-    QCOMPARE(chosen->faults.silentLines, 9);
-    QCOMPARE(chosen->faults.probability, 0.75);
 }
 
 void tst_ServiceSim::noticeOptions()
@@ -977,14 +727,6 @@ void tst_ServiceSim::noticeOptions()
     QCOMPARE(notices.at(3).text, QStringLiteral("@1 x"));
 }
 
-void tst_ServiceSim::orderOfFaultNamesIsOfNoMatter()
-{
-    const auto one = parse({QStringLiteral("--faults=crlf,close,crlf")}).options;
-    const auto other = parse({QStringLiteral("--faults=close,crlf")}).options;
-    QVERIFY(one && other);
-    QCOMPARE(one->faults.kinds, other->faults.kinds);
-}
-
 void tst_ServiceSim::badOptions_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -1002,7 +744,6 @@ void tst_ServiceSim::badOptions_data()
     row("--delay|3600001", "--delay");
     row("--delay|0.5", "--delay");
     row("--config-bytes|1k", "--config-bytes");
-    row("--seed|4294967296", "--seed");
     row("--state|Running", "Running");
     row("--state|", "--state");
     row("--state|failed\nstatus: x", "--state");
@@ -1016,13 +757,6 @@ void tst_ServiceSim::badOptions_data()
     row("--notice|@5 ", "--notice");
     row("--notice|two\nlines", "--notice");
     row("--notice|@3600001 late", "--notice");
-    row("--faults|fire", "--faults");
-    row("--faults|", "--faults");
-    row("--faults|close|--fault-probability|1.1", "--fault-probability");
-    row("--faults|close|--fault-probability|nan", "--fault-probability");
-    row("--faults|close|--silence|x", "--silence");
-    row("--fault-probability|0.5", "--faults");
-    row("--silence|5", "--faults");
 }
 
 void tst_ServiceSim::badOptions()

@@ -14,7 +14,6 @@ namespace {
 namespace protocol = ipc::protocol;
 
 constexpr int longestDelayMs = 3'600'000;
-constexpr int mostSilentLines = 1'000'000;
 
 template <typename Value> struct Named
 {
@@ -35,14 +34,6 @@ constexpr std::array stepNames{
 constexpr std::array formNames{
     Named<Failure::Form>{protocol::word("status"), Failure::Form::Status},
     Named<Failure::Form>{protocol::word("error"), Failure::Form::Error},
-};
-
-constexpr std::array faultNames{
-    Named<Fault>{protocol::word("close"), Fault::Close},
-    Named<Fault>{protocol::word("reset"), Fault::Reset},
-    Named<Fault>{protocol::word("silence"), Fault::Silence},
-    Named<Fault>{protocol::word("split"), Fault::Split},
-    Named<Fault>{protocol::word("crlf"), Fault::Crlf},
 };
 
 template <typename Table> QString namesIn(const Table &table)
@@ -97,21 +88,6 @@ public:
         delay = std::chrono::milliseconds{count};
     }
 
-    void readShare(const QCommandLineOption &option, double &share)
-    {
-        if (!isSet(option)) {
-            return;
-        }
-        bool ok = false;
-        const double value = parser.value(option).toDouble(&ok);
-        if (!ok || !(value >= 0.0 && value <= 1.0)) {
-            complain(
-                QStringLiteral("--%1 takes a number from 0 to 1").arg(option.names().constFirst()));
-            return;
-        }
-        share = value;
-    }
-
     void readLine(const QCommandLineOption &option, QString &line)
     {
         if (isSet(option)) {
@@ -132,15 +108,10 @@ public:
     template <typename Table, typename Value>
     void readName(const QCommandLineOption &option, const Table &table, Value &value)
     {
-        if (isSet(option)) {
-            lookUp(option, parser.value(option), table, value);
+        if (!isSet(option)) {
+            return;
         }
-    }
-
-    template <typename Table, typename Value>
-    void lookUp(const QCommandLineOption &option, const QString &name, const Table &table,
-                Value &value)
-    {
+        const QString name = parser.value(option);
         const auto row = std::find_if(table.begin(), table.end(),
                                       [&name](const auto &r) { return name == r.name; });
         if (row == table.end()) {
@@ -205,26 +176,12 @@ ParsedOptions parseOptions(const QStringList &arguments)
         QStringLiteral("Send this notice to each client that connects; \"@500 <text>\" sends it "
                        "500 ms later. May be repeated."),
         "text");
-    const QCommandLineOption faultsOption = makeOption(
-        "faults",
-        QStringLiteral("Spoil lines at random, by these faults, separated by commas: %1.")
-            .arg(namesIn(faultNames)),
-        "kinds");
-    const QCommandLineOption probabilityOption = makeOption(
-        "fault-probability",
-        QStringLiteral("Share of the lines that are spoilt, 0 to 1 (default 0.1)."), "share");
-    const QCommandLineOption silenceOption = makeOption(
-        "silence", QStringLiteral("How many lines a silence swallows (default 5)."), "lines");
-    const QCommandLineOption seedOption = makeOption(
-        "seed", QStringLiteral("The same seed gives the same faults (default 1)."), "number");
-
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Stands in for the background service: walks through its states without a tunnel. Lines "
         "on standard input go to all clients as they stand."));
     parser.addOptions({helpOption, portOption, quietOption, stateOption, delayOption, configOption,
-                       failAtOption, failTextOption, failAsOption, expiredOption, noticeOption,
-                       faultsOption, probabilityOption, silenceOption, seedOption});
+                       failAtOption, failTextOption, failAsOption, expiredOption, noticeOption});
 
     if (!parser.parse(arguments)) {
         return {std::nullopt, {}, parser.errorText()};
@@ -278,25 +235,6 @@ ParsedOptions parseOptions(const QStringList &arguments)
         options.notices.append(
             {std::chrono::milliseconds{delay}, reader.checkedLine(noticeOption, text)});
     }
-
-    FaultSettings &faults = options.faults;
-    if (reader.isSet(faultsOption)) {
-        const QStringList names = parser.value(faultsOption).split(QLatin1Char{','});
-        for (const QString &name : names) {
-            Fault fault = Fault::None;
-            reader.lookUp(faultsOption, name, faultNames, fault);
-            if (!faults.kinds.contains(fault)) {
-                faults.kinds.append(fault);
-            }
-        }
-        // The order in which they are named is not to change what the seed gives.
-        std::sort(faults.kinds.begin(), faults.kinds.end());
-        reader.readShare(probabilityOption, faults.probability);
-        reader.readNumber(silenceOption, mostSilentLines, faults.silentLines);
-    } else if (reader.isSet(probabilityOption) || reader.isSet(silenceOption)) {
-        reader.complain(QStringLiteral("--fault-probability and --silence need --faults"));
-    }
-    reader.readNumber(seedOption, std::numeric_limits<quint32>::max(), faults.seed);
 
     if (!reader.complaint().isEmpty()) {
         return {std::nullopt, {}, reader.complaint()};

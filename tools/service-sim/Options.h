@@ -1,6 +1,5 @@
 #pragma once
 
-#include "tools/service-sim/FaultPlan.h"
 #include "tools/service-sim/Tunnel.h"
 
 #include "ipc/Protocol.h"
@@ -27,7 +26,6 @@ struct Options
     quint16 port = ipc::protocol::servicePort;
     bool quiet = false;
     TunnelSettings tunnel;
-    FaultSettings faults;
     QVector<Notice> notices;
 };
 

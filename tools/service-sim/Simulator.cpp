@@ -57,14 +57,14 @@ void Simulator::sendAsItStands(const QByteArray &line)
 {
     note(QStringLiteral("> as it stands: %1").arg(quoted(line)));
     for (Connection *const connection : std::vector{connections}) {
-        connection->sendAsItStands(line);
+        connection->say(line);
     }
 }
 
 void Simulator::onNewConnection()
 {
     while (QTcpSocket *const socket = server.nextPendingConnection()) {
-        auto *const connection = new Connection{socket, options.faults, ++accepted};
+        auto *const connection = new Connection{socket, ++accepted};
         connection->setParent(this);
         connections.push_back(connection);
         note(connection, QStringLiteral("connected"));
@@ -73,9 +73,6 @@ void Simulator::onNewConnection()
                 [this, connection](const QByteArray &line) { onLine(connection, line); });
         connect(connection, &Connection::lineBroken, this, [this, connection](const QString &what) {
             note(connection, QStringLiteral("malformed: %1").arg(what));
-        });
-        connect(connection, &Connection::spoilt, this, [this, connection](const QString &how) {
-            note(connection, QStringLiteral("fault: %1").arg(how));
         });
         connect(connection, &Connection::ended, this, [this, connection] {
             connections.erase(std::remove(connections.begin(), connections.end(), connection),
@@ -133,7 +130,6 @@ void Simulator::obey(Connection *connection, const Command &command)
 void Simulator::sayToAll(const QString &line)
 {
     note(QStringLiteral("> %1").arg(line));
-    // A fault may end a connection on the spot.
     for (Connection *const connection : std::vector{connections}) {
         connection->say(line.toUtf8());
     }

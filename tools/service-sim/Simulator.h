@@ -38,7 +38,7 @@ public:
 
 Q_SIGNALS:
     /// One line for the journal, with its time: every command that came, every line that went
-    /// out, every connection's begin and end, every fault.
+    /// out, every connection's begin and end.
     void noted(const QString &entry);
 
 private:
