@@ -210,11 +210,14 @@ void tst_Contrast::checkOnGradient(const QString &what, QWidget *widget)
 
 void tst_Contrast::checkHovered(const QString &what, QWidget *widget)
 {
+    const QRect part{widget->mapTo(widget->window(), QPoint{}), widget->size()};
+    const QImage before = picture(widget->window(), part);
     widget->setAttribute(Qt::WA_UnderMouse, true);
     // Push buttons do not believe that alone.
     const QPointF middle = QRectF{widget->rect()}.center();
     QMouseEvent move{QEvent::MouseMove, middle, Qt::NoButton, Qt::NoButton, Qt::NoModifier};
     QCoreApplication::sendEvent(widget, &move);
+    QVERIFY2(picture(widget->window(), part) != before, qUtf8Printable(what));
     check(what + QStringLiteral(", under the mouse"), widget);
     widget->setAttribute(Qt::WA_UnderMouse, false);
 }

@@ -17,10 +17,11 @@
 
 namespace {
 
-/// A widget and where it is in its window.
+/// A widget, its font and colours, and where it is in its window.
 struct Place
 {
     QString name;
+    QString look;
     QRect rect;
 };
 
@@ -30,10 +31,22 @@ QString nameOf(const QWidget *widget)
     return widget->objectName().isEmpty() ? type : type + QLatin1Char{'#'} + widget->objectName();
 }
 
+/// As the style sheets have it: size and weight of the letters, their colour and the one beneath.
+QString lookOf(const QWidget *widget)
+{
+    const QPalette palette = widget->palette();
+    return QStringLiteral("%1px/%2 %3 on %4")
+        .arg(widget->font().pixelSize())
+        .arg(widget->font().weight())
+        .arg(palette.color(widget->foregroundRole()).name(QColor::HexArgb),
+             palette.color(widget->backgroundRole()).name(QColor::HexArgb));
+}
+
 /// The widget and all visible ones in it, one level of indentation for each generation.
 void collect(QWidget *widget, int depth, QList<Place> &places)
 {
     places.append({QString{depth * 2, QLatin1Char{' '}} + nameOf(widget),
+                   lookOf(widget),
                    {widget->mapTo(widget->window(), {}), widget->size()}});
     for (QObject *object : widget->children()) {
         auto *const child = qobject_cast<QWidget *>(object);
@@ -56,12 +69,13 @@ QByteArray listed(const QList<Place> &places)
 {
     QByteArray text;
     for (const Place &place : places) {
-        text += QStringLiteral("%1 %2 %3 %4 %5\n")
+        text += QStringLiteral("%1 %2 %3 %4 %5; %6\n")
                     .arg(place.name)
                     .arg(place.rect.x())
                     .arg(place.rect.y())
                     .arg(place.rect.width())
                     .arg(place.rect.height())
+                    .arg(place.look)
                     .toLatin1();
     }
     return text;
@@ -76,7 +90,8 @@ QList<Place> parse(const QByteArray &text)
 {
     QList<Place> places;
     for (const QByteArray &line : text.split('\n')) {
-        QStringList words = QString::fromLatin1(line).split(QLatin1Char{' '});
+        QStringList words =
+            QString::fromLatin1(line).section(QLatin1Char{';'}, 0, 0).split(QLatin1Char{' '});
         if (words.size() < 5) {
             continue;
         }
@@ -85,7 +100,7 @@ QList<Place> parse(const QByteArray &text)
         const int width = number();
         const int y = number();
         const int x = number();
-        places.append({words.join(QLatin1Char{' '}), {x, y, width, height}});
+        places.append({words.join(QLatin1Char{' '}), {}, {x, y, width, height}});
     }
     return places;
 }
@@ -118,8 +133,8 @@ bool isFixed(const Place &place)
 
 } // namespace
 
-/// Where every widget of every page is: the same on every system but for what the drawing of
-/// letters changes.
+/// Where every widget of every page is, the same on every system but for what the drawing of
+/// letters changes; and on Linux, its letters and colours.
 class tst_Layout : public QObject
 {
     Q_OBJECT

@@ -6,7 +6,6 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QJsonObject>
-#include <QMetaMethod>
 #include <QNetworkProxy>
 #include <QPointer>
 #include <QScopeGuard>
@@ -139,8 +138,6 @@ class tst_ServiceClient : public QObject
 private Q_SLOTS:
     void cleanup();
 
-    void metaObject();
-
     void constructorDoesNotConnect();
     void askedAgainMakesOneConnection();
     void linkComesUpOnce();
@@ -189,30 +186,6 @@ void tst_ServiceClient::cleanup()
 {
     QNetworkProxyFactory::setUseSystemConfiguration(false);
     QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
-}
-
-void tst_ServiceClient::metaObject()
-{
-    const QMetaObject &meta = ServiceClient::staticMetaObject;
-    QCOMPARE(meta.className(), "ipc::ServiceClient");
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        const QString kind = method.methodType() == QMetaMethod::Signal ? QStringLiteral("signal")
-                             : method.methodType() == QMetaMethod::Slot ? QStringLiteral("slot")
-                                                                        : QStringLiteral("other");
-        methods.append(QStringLiteral("%1 %2 [%3]")
-                           .arg(kind, QString::fromLatin1(method.methodSignature()),
-                                QString::fromLatin1(method.parameterNames().join(','))));
-    }
-    const QStringList expected = {
-        QStringLiteral("signal messageReceived(QString) [text]"),
-        QStringLiteral("signal connectionChanged(bool) [connected]"),
-        QStringLiteral("slot onReadyRead() []"),
-        QStringLiteral("slot onConnected() []"),
-        QStringLiteral("slot onDisconnected() []"),
-    };
-    QCOMPARE(methods, expected);
 }
 
 void tst_ServiceClient::constructorDoesNotConnect()

@@ -7,15 +7,14 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMetaMethod>
 #include <QPushButton>
 #include <QSettings>
 #include <QTest>
 #include <QToolButton>
 #include <QTranslator>
+#include <QVBoxLayout>
 
 #include <memory>
 
@@ -36,8 +35,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void widgetTree();
-    void styleSheet();
     void paintsTheGradient();
     void languageTable();
     void opening_data();
@@ -99,53 +96,6 @@ void tst_SettingsDialog::init()
 void tst_SettingsDialog::cleanup()
 {
     window.reset();
-}
-
-void tst_SettingsDialog::widgetTree()
-{
-    QVERIFY(page->isHidden());
-    QVERIFY(!page->isWindow());
-    QVERIFY(!page->testAttribute(Qt::WA_StyledBackground));
-
-    const PageParts parts{page};
-    QCOMPARE(parts.back->objectName(), QStringLiteral("back"));
-    QCOMPARE(parts.back->text(), QString{QChar{0x2190}});
-    QCOMPARE(parts.title->font().weight(), static_cast<int>(QFont::DemiBold));
-    QCOMPARE(parts.separator->minimumHeight(), 1);
-    QCOMPARE(parts.separator->maximumHeight(), 1);
-    QCOMPARE(parts.separator->styleSheet(), QStringLiteral("background: rgba(255,255,255,18);"));
-
-    QCOMPARE(parts.body->count(), 4);
-    QCOMPARE(parts.body->itemAt(0)->widget(), section());
-    const auto *const row = qobject_cast<QHBoxLayout *>(parts.body->itemAt(1)->layout());
-    QVERIFY(row != nullptr);
-    QCOMPARE(row->count(), 3);
-    QVERIFY(qobject_cast<QLabel *>(row->itemAt(0)->widget()) != nullptr);
-    QCOMPARE(row->itemAt(1)->widget(), combo);
-    QCOMPARE(row->stretch(2), 1);
-    QVERIFY(parts.body->itemAt(2)->spacerItem() != nullptr);
-    QCOMPARE(parts.body->stretch(2), 1);
-    const auto *const buttons = qobject_cast<QHBoxLayout *>(parts.body->itemAt(3)->layout());
-    QVERIFY(buttons != nullptr);
-    QCOMPARE(buttons->count(), 3);
-    QCOMPARE(buttons->stretch(0), 1);
-    QCOMPARE(buttons->itemAt(1)->widget(), save);
-    QCOMPARE(buttons->stretch(2), 1);
-}
-
-void tst_SettingsDialog::styleSheet()
-{
-    const auto expected = support::pageRulesAnd(QStringLiteral(R"(
-        QComboBox { background: rgba(255,255,255,25); color: #F2F2FA; border: none;
-                    border-radius: 8px; padding: 6px 10px; min-width: 180px }
-        QComboBox::drop-down { border: none; width: 18px }
-        QComboBox QAbstractItemView { background: #1B1D3D; color: #F2F2FA;
-                                      selection-background-color: rgba(255,255,255,40) }
-        QPushButton#save { background: rgba(255,255,255,25); color: #F2F2FA; border: none;
-                           border-radius: 8px; padding: 8px 28px; font-size: 13px }
-        QPushButton#save:hover { background: rgba(255,255,255,45) }
-    )"));
-    QCOMPARE(support::styleRules(page->styleSheet()), expected);
 }
 
 void tst_SettingsDialog::paintsTheGradient()

@@ -1,7 +1,6 @@
 #include "ui/TrayController.h"
 
 #include <QMenu>
-#include <QMetaMethod>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
@@ -30,7 +29,6 @@ class tst_TrayController : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void oneSignal();
     void belongsToWindow();
     void inert();
     void leavesWindowAlone();
@@ -39,15 +37,6 @@ private Q_SLOTS:
 void tst_TrayController::initTestCase()
 {
     QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
-}
-
-void tst_TrayController::oneSignal()
-{
-    const QMetaObject &meta = TrayController::staticMetaObject;
-    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
-    const QMetaMethod method = meta.method(meta.methodOffset());
-    QCOMPARE(method.methodSignature(), QByteArray{"quitRequested()"});
-    QCOMPARE(method.methodType(), QMetaMethod::Signal);
 }
 
 void tst_TrayController::belongsToWindow()

@@ -45,37 +45,6 @@ PageParts::PageParts(const QWidget *page)
     title = required(qobject_cast<QLabel *>(header->itemAt(1)->widget()), "title");
     separator = required(root->itemAt(1)->widget(), "separator");
     body = required(qobject_cast<QVBoxLayout *>(root->itemAt(2)->layout()), "body");
-
-    const auto expect = [](const QLayout *layout, const char *expected) {
-        if (measures(layout) != QLatin1String{expected}) {
-            qFatal("%s instead of %s", qPrintable(measures(layout)), expected);
-        }
-    };
-    expect(root, "0 0 0 0, 0");
-    expect(header, "16 14 16 10, 10");
-    expect(body, "22 20 22 20, 16");
-}
-
-StyleRules pageRulesAnd(const QString &others)
-{
-    return styleRules(QStringLiteral(R"(
-        QLabel { color: #F2F2FA; font-size: 13px }
-        QLabel#section { color: #8B8DA8; font-size: 11px; letter-spacing: 0.5px }
-        QToolButton#back { background: rgba(255,255,255,20); color: #F2F2FA; border: none;
-                           border-radius: 10px; padding: 5px 12px; font-size: 14px }
-        QToolButton#back:hover { background: rgba(255,255,255,45) }
-    )") + others);
-}
-
-QString measures(const QLayout *layout)
-{
-    const QMargins margins = layout->contentsMargins();
-    return QStringLiteral("%1 %2 %3 %4, %5")
-        .arg(margins.left())
-        .arg(margins.top())
-        .arg(margins.right())
-        .arg(margins.bottom())
-        .arg(layout->spacing());
 }
 
 bool hasGradient(QWidget *page)

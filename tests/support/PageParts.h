@@ -1,11 +1,8 @@
 #pragma once
 
-#include "tests/support/StyleRules.h"
-
-#include <QString>
+#include <QStringList>
 
 class QLabel;
-class QLayout;
 class QToolButton;
 class QVBoxLayout;
 class QWidget;
@@ -23,12 +20,6 @@ struct PageParts
     QWidget *separator;
     QVBoxLayout *body;
 };
-
-/// The rules that every page's style sheet begins with, and those in `others`.
-StyleRules pageRulesAnd(const QString &others);
-
-/// Margins and spacing of a layout as one text: "left top right bottom, spacing".
-QString measures(const QLayout *layout);
 
 /// True if a page is painted from its first row to its last with the dark gradient, looked at
 /// along its left edge.
