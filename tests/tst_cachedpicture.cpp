@@ -1,4 +1,3 @@
-#include "support/Pictures.h"
 #include "ui/CachedPicture.h"
 
 #include <QImage>
@@ -43,55 +42,12 @@ class tst_CachedPicture : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void looksAsIfDrawnInPlace_data();
-    void looksAsIfDrawnInPlace();
     void opaquePictureKeepsNoAlpha();
     void drawsOnceForManyFrames();
-    void drawsAgainWhenInvalid();
-    void drawsAgainAfterRelease();
     void drawsAgainForAnotherDevice_data();
     void drawsAgainForAnotherDevice();
     void leavesThePainterAsItWas();
-    void keepsWithinTheClip();
 };
-
-void tst_CachedPicture::looksAsIfDrawnInPlace_data()
-{
-    QTest::addColumn<double>("ratio");
-    QTest::addColumn<QPointF>("place");
-
-    const double ratios[] = {1.0, 1.25, 1.5, 1.75, 2.0, 3.0};
-    const QPointF places[] = {{0.0, 0.0}, {7.0, 5.0}, {3.3, 9.8}};
-    for (const double ratio : ratios) {
-        for (const QPointF &place : places) {
-            QTest::addRow("ratio %g at %g, %g", ratio, place.x(), place.y()) << ratio << place;
-        }
-    }
-}
-
-void tst_CachedPicture::looksAsIfDrawnInPlace()
-{
-    QFETCH(double, ratio);
-    QFETCH(QPointF, place);
-
-    const auto image = [&](auto paint) {
-        QImage result = canvas(ratio);
-        QPainter painter{&result};
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(place);
-        paint(painter);
-        return result;
-    };
-    // A translucent edge is rounded once more on its way over the picture.
-    constexpr int tolerance = 1;
-
-    CachedPicture cached;
-    const QImage shown =
-        image([&](QPainter &painter) { cached.draw(painter, widgetExtent, &drawing); });
-    const QImage direct = image(&drawing);
-    QVERIFY(direct != canvas(ratio));
-    QCOMPARE(support::difference(shown, direct, tolerance), QString{});
-}
 
 void tst_CachedPicture::opaquePictureKeepsNoAlpha()
 {
@@ -122,32 +78,6 @@ void tst_CachedPicture::drawsOnceForManyFrames()
         cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
     }
     QCOMPARE(drawn, 1);
-}
-
-void tst_CachedPicture::drawsAgainWhenInvalid()
-{
-    CachedPicture cached;
-    QImage image = canvas(1.0);
-    QPainter painter{&image};
-    cached.draw(painter, widgetExtent, &drawing);
-    cached.invalidate();
-    // Nothing of the former drawing is left in the new one.
-    image.fill(Qt::white);
-    cached.draw(painter, widgetExtent, [](QPainter & /*picture*/) {});
-    QCOMPARE(image, canvas(1.0));
-}
-
-void tst_CachedPicture::drawsAgainAfterRelease()
-{
-    int drawn = 0;
-    CachedPicture cached;
-    QImage image = canvas(1.0);
-    QPainter painter{&image};
-    cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
-    cached.release();
-    cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
-    cached.draw(painter, widgetExtent, [&](QPainter & /*picture*/) { ++drawn; });
-    QCOMPARE(drawn, 2);
 }
 
 void tst_CachedPicture::drawsAgainForAnotherDevice_data()
@@ -194,25 +124,6 @@ void tst_CachedPicture::leavesThePainterAsItWas()
     const QTransform before = painter.worldTransform();
     cached.draw(painter, widgetExtent, &drawing);
     QCOMPARE(painter.worldTransform(), before);
-}
-
-void tst_CachedPicture::keepsWithinTheClip()
-{
-    CachedPicture cached{CachedPicture::Background::Opaque};
-    QImage image = canvas(1.0);
-    const QRect exposed{10, 10, 5, 5};
-    {
-        QPainter painter{&image};
-        painter.setClipRect(exposed);
-        cached.draw(painter, widgetExtent, &opaqueDrawing);
-    }
-    QImage expected = canvas(1.0);
-    {
-        QPainter painter{&expected};
-        painter.setClipRect(exposed);
-        opaqueDrawing(painter);
-    }
-    QCOMPARE(image, expected);
 }
 
 QTEST_MAIN(tst_CachedPicture)

@@ -180,8 +180,6 @@ class tst_NoticeDialog : public QObject
 private Q_SLOTS:
     void construction();
     void textLabel();
-    void textIsPrefixAndNotice_data();
-    void textIsPrefixAndNotice();
     void onlySafeMarkupIsParsed();
     void coloursOnScreen();
     void okAccepts();
@@ -191,7 +189,6 @@ private Q_SLOTS:
     void okShowsNoPicture();
     void markupIsInterpreted();
     void emptyNotice();
-    void titleIsSetOnce();
 
     void allowedLinks_data();
     void allowedLinks();
@@ -236,23 +233,6 @@ void tst_NoticeDialog::textLabel()
     QVERIFY(label->openExternalLinks());
     QCOMPARE(label->palette().color(QPalette::Link), linkColour);
     QCOMPARE(label->objectName(), QString{});
-}
-
-void tst_NoticeDialog::textIsPrefixAndNotice_data()
-{
-    QTest::addColumn<QString>("notice");
-    QTest::newRow("words") << QStringLiteral("Hello there");
-    QTest::newRow("empty") << QString{};
-    QTest::newRow("blanks around") << QStringLiteral("  \t Hello \n ");
-    QTest::newRow("markup") << QStringLiteral("<b>1 & 3</b> &amp; \"x\" '");
-    QTest::newRow("other scripts") << QStringLiteral(u"Привет, 世界 \U0001f600 \u202e");
-}
-
-void tst_NoticeDialog::textIsPrefixAndNotice()
-{
-    QFETCH(QString, notice);
-    Shown dialog{notice};
-    QCOMPARE(labelOf(*dialog)->text(), QLatin1String{prefix} + notice);
 }
 
 void tst_NoticeDialog::onlySafeMarkupIsParsed()
@@ -363,15 +343,6 @@ void tst_NoticeDialog::emptyNotice()
     QVERIFY(labelOf(*dialog)->isVisible());
     QVERIFY(okOf(*dialog)->isVisible());
     QCOMPARE(dialog->width(), 360);
-}
-
-void tst_NoticeDialog::titleIsSetOnce()
-{
-    Shown dialog{QStringLiteral("Hello")};
-    dialog->setWindowTitle(QStringLiteral("Other"));
-    QEvent change{QEvent::LanguageChange};
-    QCoreApplication::sendEvent(&*dialog, &change);
-    QCOMPARE(dialog->windowTitle(), QStringLiteral("Other"));
 }
 
 void tst_NoticeDialog::allowedLinks_data()

@@ -3,7 +3,6 @@
 #include "tools/service-sim/Options.h"
 #include "tools/service-sim/Simulator.h"
 
-#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QProcess>
 #include <QRegularExpression>
@@ -167,50 +166,34 @@ class tst_ServiceSim : public QObject
 
 private Q_SLOTS:
     void wayUpAndDown();
-    void walkTakesItsTime();
     void startStates_data();
     void startStates();
-    void startStateInTheMiddleOfAWalkStays();
-    void connectWhenUp();
     void connectOnTheWayUp();
     void connectOnTheWayDown();
     void disconnectWhenDown_data();
     void disconnectWhenDown();
     void disconnectOnTheWayUp();
     void disconnectForgetsTheWayUpThatWasToFollow();
-    void disconnectBeforeTheNextWayUpBegins();
     void answersGoToTheOneThatAsked();
     void everyClientHearsTheWalk();
     void failures_data();
     void failures();
-    void failureForgetsTheWayUpThatWasToFollow();
-    void walksAgainAfterAFailure();
     void expiredSubscription();
-    void configSize();
     void notices();
-    void delayedNoticeToAClientThatHasGone();
     void languageAndReferralCode();
-    void commandsAreNotedWithTheirTime();
     void malformedCommands_data();
     void malformedCommands();
-    void endlessLine();
-    void lineWithoutEnd();
-    void commandInPieces();
     void linesAsTheyStand();
 
     void realClientWalks();
 
-    void options();
-    void noticeOptions();
     void badOptions_data();
     void badOptions();
 
     void help();
     void badOptionsEndTheProgram();
     void portTaken();
-    void listensOnTheUsualPort();
     void printsWhatItDoes();
-    void quietProgram();
     void inputGoesToTheClients();
     void endsOnASignal_data();
     void endsOnASignal();
@@ -227,19 +210,6 @@ void tst_ServiceSim::wayUpAndDown()
     TRY_COMPARE(client.lines(), wayDown);
     client.command("status");
     TRY_COMPARE(client.lines(), wayDown + QStringList{QStringLiteral("status: stopped")});
-}
-
-void tst_ServiceSim::walkTakesItsTime()
-{
-    constexpr qint64 delay = 40;
-    const Service service{{QStringLiteral("--delay"), QString::number(delay)}};
-    Client client{service->port()};
-    QElapsedTimer time;
-    time.start();
-    client.command("connect");
-    TRY_COMPARE(client.lines(), wayUp);
-    // Four delays; timers of this grain may fire a little early.
-    QVERIFY2(time.elapsed() >= 3 * delay, qPrintable(QString::number(time.elapsed())));
 }
 
 void tst_ServiceSim::startStates_data()
@@ -259,29 +229,6 @@ void tst_ServiceSim::startStates()
     Client client{service->port()};
     client.command("status");
     TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: ") + word});
-}
-
-void tst_ServiceSim::startStateInTheMiddleOfAWalkStays()
-{
-    const Service service{beginningIn(QStringLiteral("connecting"))};
-    Client client{service->port()};
-    client.command("disconnect");
-    TRY_COMPARE(client.lines(), wayDown);
-
-    const Service other{beginningIn(QStringLiteral("stopping"))};
-    Client second{other->port()};
-    second.command("connect");
-    TRY_COMPARE(second.lines(), wayUp);
-}
-
-void tst_ServiceSim::connectWhenUp()
-{
-    const Service service{beginningIn(QStringLiteral("running"))};
-    Client client{service->port()};
-    client.command("connect");
-    client.command("status");
-    TRY_COMPARE(client.lines(), (QStringList{QStringLiteral("status: running"),
-                                             QStringLiteral("status: running")}));
 }
 
 void tst_ServiceSim::connectOnTheWayUp()
@@ -357,31 +304,6 @@ void tst_ServiceSim::disconnectForgetsTheWayUpThatWasToFollow()
     TRY_COMPARE(client.lines(), expected + wayUp);
 }
 
-void tst_ServiceSim::disconnectBeforeTheNextWayUpBegins()
-{
-    servicesim::TunnelSettings settings;
-    settings.startState = QStringLiteral("running");
-    settings.stepDelay = std::chrono::milliseconds{1};
-    servicesim::Tunnel tunnel{settings};
-    QSignalSpy said{&tunnel, &servicesim::Tunnel::said};
-    bool freeAgain = false;
-    connect(&tunnel, &servicesim::Tunnel::said, this, [&tunnel, &freeAgain](const QString &line) {
-        if (line == QLatin1String{"status: stopped"}) {
-            QMetaObject::invokeMethod(
-                &tunnel,
-                [&tunnel, &freeAgain] {
-                    const bool nothingSaid = !tunnel.requestDown();
-                    freeAgain = nothingSaid && tunnel.requestUp();
-                },
-                Qt::QueuedConnection);
-        }
-    });
-    QVERIFY(tunnel.requestDown());
-    QVERIFY(!tunnel.requestUp());
-    TRY_COMPARE(texts(said), wayDown + wayUp);
-    QVERIFY(freeAgain);
-}
-
 void tst_ServiceSim::answersGoToTheOneThatAsked()
 {
     const Service service{quick};
@@ -452,35 +374,6 @@ void tst_ServiceSim::failures()
     QVERIFY(client.lines().constFirst().startsWith(QLatin1String{"status: failed: "}));
 }
 
-void tst_ServiceSim::failureForgetsTheWayUpThatWasToFollow()
-{
-    const Service service{beginningIn(QStringLiteral("running")) +
-                          QStringList{QStringLiteral("--fail-at"), QStringLiteral("stopping")}};
-    Client client{service->port()};
-    client.send("{\"cmd\":\"disconnect\"}\n{\"cmd\":\"connect\"}\n");
-    const QString stopping = QStringLiteral("status: stopping");
-    const QStringList failed{stopping, stopping,
-                             QStringLiteral("status: failed: simulated failure")};
-    TRY_COMPARE(client.lines(), failed);
-    client.command("disconnect");
-    TRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")});
-    client.command("connect");
-    TRY_COMPARE(client.lines(), failed + QStringList{QStringLiteral("status: stopped")} + wayUp);
-}
-
-void tst_ServiceSim::walksAgainAfterAFailure()
-{
-    const Service service{quick +
-                          QStringList{QStringLiteral("--fail-at"), QStringLiteral("fetching")}};
-    Client client{service->port()};
-    const QStringList expected{QStringLiteral("status: fetching"),
-                               QStringLiteral("status: failed: simulated failure")};
-    client.command("connect");
-    TRY_COMPARE(client.lines(), expected);
-    client.command("connect");
-    TRY_COMPARE(client.lines(), expected + expected);
-}
-
 void tst_ServiceSim::expiredSubscription()
 {
     const Service service{quick + QStringList{QStringLiteral("--expired")}};
@@ -491,15 +384,6 @@ void tst_ServiceSim::expiredSubscription()
     client.clear();
     client.command("status");
     TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: subscription_expired")});
-}
-
-void tst_ServiceSim::configSize()
-{
-    const Service service{quick + QStringList{QStringLiteral("--config-bytes"),
-                                              QStringLiteral("18446744073709551615")}};
-    Client client{service->port()};
-    client.command("connect");
-    TRY_VERIFY(client.lines().contains(QStringLiteral("config-bytes: 18446744073709551615")));
 }
 
 void tst_ServiceSim::notices()
@@ -515,20 +399,6 @@ void tst_ServiceSim::notices()
     const Client second{service->port()};
     TRY_COMPARE(second.lines(), expected);
     QCOMPARE(client.lines(), expected);
-}
-
-void tst_ServiceSim::delayedNoticeToAClientThatHasGone()
-{
-    const Service service{{QStringLiteral("--notice"), QStringLiteral("@500 hello")}};
-    {
-        const Client client{service->port()};
-        TRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
-    }
-    TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
-    const Client second{service->port()};
-    TRY_COMPARE(second.lines(), QStringList{QStringLiteral("notice: hello")});
-    // The first one's was due before.
-    QCOMPARE(service.notes().filter(QStringLiteral("notice: hello")).size(), 1);
 }
 
 void tst_ServiceSim::languageAndReferralCode()
@@ -551,42 +421,18 @@ void tst_ServiceSim::languageAndReferralCode()
     QVERIFY(client.lines().isEmpty());
 }
 
-void tst_ServiceSim::commandsAreNotedWithTheirTime()
-{
-    const Service service{quick};
-    Client client{service->port()};
-    client.command("status");
-    TRY_COMPARE(client.lines().size(), 1);
-    static const QRegularExpression entry{QStringLiteral(
-        "^[0-2][0-9]:[0-5][0-9]:[0-5][0-9]\\.[0-9]{3} #1 < \\{\"cmd\":\"status\"\\}$")};
-    QCOMPARE(service.journal.filter(entry).size(), 1);
-    QVERIFY(service.noted(QStringLiteral("#1 > status: stopped")));
-}
-
 void tst_ServiceSim::malformedCommands_data()
 {
     QTest::addColumn<QByteArray>("line");
     const auto row = [](const char *name, const QByteArray &line) { QTest::newRow(name) << line; };
     row("nothing", "");
-    row("no JSON", "connect");
     row("half an object", R"({"cmd":"connect")");
-    row("array", R"(["connect"])");
-    row("no command", "{}");
-    row("no text", R"({"cmd":1})");
     row("unknown", R"({"cmd":"restart"})");
-    row("other case", R"({"cmd":"Connect"})");
     row("too much", R"({"cmd":"connect","lang":"de"})");
-    row("language missing", R"({"cmd":"set-lang"})");
-    row("language no text", R"({"cmd":"set-lang","lang":7})");
-    row("language empty", R"({"cmd":"set-lang","lang":""})");
-    row("code missing", R"({"cmd":"set-referral","lang":"de"})");
     row("code too short", R"({"cmd":"set-referral","code":"abc12"})");
-    row("code too long", R"({"cmd":"set-referral","code":"abc1234"})");
-    row("code with a line feed", R"({"cmd":"set-referral","code":"abc123\n"})");
     row("code beyond ASCII", "{\"cmd\":\"set-referral\",\"code\":\"абв123\"}");
     row("not UTF-8", QByteArray{"{\"cmd\":\"conn\xff\xfe\"}"});
     row("terminal control", QByteArray{"\x1b[2J\x07"});
-    row("zero byte", QByteArray{"{\"cmd\":\"connect\"}\0x", 19});
 }
 
 void tst_ServiceSim::malformedCommands()
@@ -604,49 +450,6 @@ void tst_ServiceSim::malformedCommands()
         QVERIFY2(std::all_of(entry.begin(), entry.end(), [](QChar c) { return c.isPrint(); }),
                  qPrintable(entry));
     }
-}
-
-void tst_ServiceSim::endlessLine()
-{
-    const Service service{quick};
-    Client client{service->port()};
-    client.send(QByteArray(300'000, 'x'));
-    TRY_COMPARE(service.notes().filter(QStringLiteral("#1 malformed: longer than")).size(), 1);
-    client.send("x\n");
-    client.command("status");
-    TRY_COMPARE(client.lines(), QStringList{QStringLiteral("status: stopped")});
-    QCOMPARE(service.notes().filter(QStringLiteral("malformed")).size(), 1);
-}
-
-void tst_ServiceSim::lineWithoutEnd()
-{
-    const Service service{quick};
-    {
-        Client client{service->port()};
-        TRY_VERIFY(service.noted(QStringLiteral("#1 connected")));
-        client.send(R"({"cmd":"connect"})");
-        client.socket.disconnectFromHost();
-        TRY_VERIFY(service.noted(QStringLiteral("#1 disconnected")));
-    }
-    QVERIFY(service.noted(QStringLiteral("#1 malformed: no line feed at the end")));
-    Client second{service->port()};
-    second.command("status");
-    TRY_COMPARE(second.lines(), QStringList{QStringLiteral("status: stopped")});
-}
-
-void tst_ServiceSim::commandInPieces()
-{
-    const Service service{quick};
-    Client client{service->port()};
-    client.command("status");
-    TRY_COMPARE(client.lines().size(), 1);
-    client.send("{\"cmd\":");
-    Client other{service->port()};
-    TRY_VERIFY(service.noted(QStringLiteral("#2 connected")));
-    client.send("\"status\"}\r\n{\"cmd\":\"sta");
-    client.send("tus\"}\n");
-    TRY_COMPARE(client.lines().size(), 3);
-    QVERIFY(service.notes().filter(QStringLiteral("malformed")).isEmpty());
 }
 
 void tst_ServiceSim::linesAsTheyStand()
@@ -692,41 +495,6 @@ void tst_ServiceSim::realClientWalks()
     QVERIFY(service.notes().filter(QStringLiteral("malformed")).isEmpty());
 }
 
-void tst_ServiceSim::options()
-{
-    const auto usual = parse({}).options;
-    QVERIFY(usual);
-    QCOMPARE(usual->port, quint16{47652});
-    QVERIFY(!usual->quiet);
-    QCOMPARE(usual->tunnel.startState, QStringLiteral("stopped"));
-    QCOMPARE(usual->tunnel.stepDelay, std::chrono::milliseconds{400});
-    QVERIFY(!usual->tunnel.failure);
-    QVERIFY(!usual->tunnel.expired);
-    QVERIFY(usual->notices.isEmpty());
-
-    const auto chosen = parse({QStringLiteral("--port=1"), QStringLiteral("--quiet")}).options;
-    QVERIFY(chosen);
-    QCOMPARE(chosen->port, quint16{1});
-    QVERIFY(chosen->quiet);
-}
-
-void tst_ServiceSim::noticeOptions()
-{
-    const auto parsed =
-        parse({QStringLiteral("--notice=plain"), QStringLiteral("--notice=@250 two words"),
-               QStringLiteral("--notice=@home"), QStringLiteral("--notice=@0 @1 x")})
-            .options;
-    QVERIFY(parsed);
-    const QVector<servicesim::Notice> &notices = parsed->notices;
-    QCOMPARE(notices.size(), 4);
-    QCOMPARE(notices.at(0).text, QStringLiteral("plain"));
-    QCOMPARE(notices.at(0).delay.count(), 0);
-    QCOMPARE(notices.at(1).text, QStringLiteral("two words"));
-    QCOMPARE(notices.at(1).delay.count(), 250);
-    QCOMPARE(notices.at(2).text, QStringLiteral("@home"));
-    QCOMPARE(notices.at(3).text, QStringLiteral("@1 x"));
-}
-
 void tst_ServiceSim::badOptions_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -736,25 +504,17 @@ void tst_ServiceSim::badOptions_data()
             << QString::fromLatin1(line).split(QLatin1Char{'|'}) << QString::fromLatin1(word);
     };
     row("--no-such", "no-such");
-    row("word", "word");
     row("--port|65536", "--port");
-    row("--port|-1", "--port");
-    row("--port|http", "--port");
-    row("--port", "port");
     row("--delay|3600001", "--delay");
     row("--delay|0.5", "--delay");
-    row("--config-bytes|1k", "--config-bytes");
     row("--state|Running", "Running");
-    row("--state|", "--state");
     row("--state|failed\nstatus: x", "--state");
     row("--fail-at|stopped", "--fail-at");
     row("--fail-at|starting|--fail-as|word", "--fail-as");
     row("--fail-at|starting|--fail-text|", "--fail-text");
-    row("--fail-text|no route", "--fail-at");
     row("--fail-as|error", "--fail-at");
     row("--expired|--fail-at|starting", "--expired");
     row("--notice|", "--notice");
-    row("--notice|@5 ", "--notice");
     row("--notice|two\nlines", "--notice");
     row("--notice|@3600001 late", "--notice");
 }
@@ -797,12 +557,6 @@ void tst_ServiceSim::portTaken()
     QVERIFY(program.output.isEmpty());
 }
 
-void tst_ServiceSim::listensOnTheUsualPort()
-{
-    const Program program{{}};
-    TRY_COMPARE(program.output, QStringLiteral("listening on 127.0.0.1:47652\n"));
-}
-
 void tst_ServiceSim::printsWhatItDoes()
 {
     const Program program{quick + QStringList{QStringLiteral("--port"), QStringLiteral("0")}};
@@ -812,18 +566,6 @@ void tst_ServiceSim::printsWhatItDoes()
     TRY_COMPARE(client.lines(), wayUp);
     TRY_VERIFY(program.output.endsWith(QLatin1String{" > status: running\n"}));
     QVERIFY(program.output.contains(QLatin1String{" #1 < {\"cmd\":\"connect\"}\n"}));
-}
-
-void tst_ServiceSim::quietProgram()
-{
-    const Program program{quick + QStringList{QStringLiteral("--quiet"), QStringLiteral("--port"),
-                                              QStringLiteral("0")}};
-    TRY_VERIFY(program.port() != 0);
-    Client client{program.port()};
-    client.send("nonsense\n");
-    client.command("connect");
-    TRY_COMPARE(client.lines(), wayUp);
-    QCOMPARE(program.output.count(QLatin1Char{'\n'}), 1);
 }
 
 void tst_ServiceSim::inputGoesToTheClients()

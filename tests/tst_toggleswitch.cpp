@@ -152,9 +152,6 @@ private Q_SLOTS:
     void releasesSayNothing();
     void secondPressOfADoubleClickCounts();
     void keysSayNothing();
-    void pressesDuringTheGlide();
-    void pressesWhileTheOwnerAnswers();
-    void clickChangesNothingByItself();
     void statesFasterThanTheGlide();
     void nothingRunsAtRest_data();
     void nothingRunsAtRest();
@@ -535,54 +532,6 @@ void tst_ToggleSwitch::keysSayNothing()
     }
     QVERIFY(toggled.isEmpty());
     QCOMPARE(toggle.focusPolicy(), Qt::NoFocus);
-}
-
-void tst_ToggleSwitch::pressesDuringTheGlide()
-{
-    ToggleSwitch toggle;
-    toggle.setState(State::On);
-    QSignalSpy toggled{&toggle, &ToggleSwitch::toggled};
-    int presses = 0;
-    while (gliding(toggle)) {
-        QTest::mouseClick(&toggle, Qt::LeftButton);
-        ++presses;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    QVERIFY(presses > 0);
-    QCOMPARE(toggled.count(), presses);
-    QCOMPARE(toggle.state(), State::On);
-    QCOMPARE(toggle.thumbPos(), 1.0);
-}
-
-void tst_ToggleSwitch::pressesWhileTheOwnerAnswers()
-{
-    ToggleSwitch toggle;
-    int toggles = 0;
-    connect(&toggle, &ToggleSwitch::toggled, &toggle, [&] {
-        ++toggles;
-        toggle.setState(State::Connecting);
-    });
-    for (int press = 0; press < 50; ++press) {
-        QTest::mouseClick(&toggle, Qt::LeftButton);
-    }
-    QCOMPARE(toggles, 1);
-    toggle.setState(State::On);
-    QTest::mouseClick(&toggle, Qt::LeftButton);
-    QCOMPARE(toggles, 2);
-}
-
-void tst_ToggleSwitch::clickChangesNothingByItself()
-{
-    for (const State state : allStates) {
-        ToggleSwitch toggle;
-        toggle.setState(state);
-        finishGlides(toggle);
-        const double thumb = toggle.thumbPos();
-        QTest::mouseClick(&toggle, Qt::LeftButton);
-        QCOMPARE(toggle.state(), state);
-        QVERIFY(!gliding(toggle));
-        QCOMPARE(toggle.thumbPos(), thumb);
-    }
 }
 
 void tst_ToggleSwitch::statesFasterThanTheGlide()

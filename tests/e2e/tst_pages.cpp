@@ -8,7 +8,6 @@
 #include <QTest>
 
 #include <memory>
-#include <utility>
 
 using support::askStatus;
 using support::ClientSession;
@@ -88,20 +87,15 @@ private Q_SLOTS:
     void cleanupTestCase();
 
     void language();
-    void languageTwice();
     void languageByMouse();
-    void languageWithoutLink();
     void toolTipFollowsLanguage();
 
     void referralWithLink();
-    void referralWithoutLink();
     void referralSurvivesKill();
-    void invalidReferral();
 
     void supportRows_data();
     void supportRows();
     void supportCopies();
-    void supportCopiesByKeyboard();
     void supportLink_data();
     void supportLink();
 
@@ -159,23 +153,6 @@ void tst_Pages::language()
     }
 }
 
-void tst_Pages::languageTwice()
-{
-    ClientSession &session = *desktop;
-    session.service.listen();
-    QVERIFY(session.startLinkedClient());
-    for (const auto &[row, tag] : {std::pair{1, "ru"}, std::pair{2, "de"}}) {
-        QVERIFY(session.openPage(ClientSession::settingsRow));
-        session.chooseLanguage(row);
-        QVERIFY(waitFor([&, tag = tag] { return session.hasReceived(setLanguage(tag)); }));
-    }
-    const QImage switched = session.still(session.window);
-    QCOMPARE(StoredSettings::ofClient().value("language"), QStringLiteral("de"));
-    session.killClient();
-    QVERIFY(session.startLinkedClient());
-    QVERIFY(waitFor([&] { return session.screenshot(session.window) == switched; }));
-}
-
 void tst_Pages::languageByMouse()
 {
     ClientSession &session = *desktop;
@@ -192,19 +169,6 @@ void tst_Pages::languageByMouse()
     session.pressKey(QStringLiteral("Tab"));
     session.pressKey(QStringLiteral("space"));
     QVERIFY(waitFor([&] { return session.hasReceived(setLanguage("pl")); }));
-}
-
-void tst_Pages::languageWithoutLink()
-{
-    ClientSession &session = *desktop;
-    QVERIFY(session.startClient());
-    QVERIFY(session.openPage(ClientSession::settingsRow));
-    session.chooseLanguage(3);
-    QVERIFY(waitFor(
-        [] { return StoredSettings::ofClient().value("language") == QLatin1String{"fr"}; }));
-    session.service.listen();
-    QVERIFY(waitFor([&] { return session.hasReceived(askStatus()); }));
-    QCOMPARE(session.service.lines(), (QList{setLanguage("fr"), askStatus()}));
 }
 
 // Nothing but what the service says about the tunnel sets the tool tip.
@@ -249,22 +213,6 @@ void tst_Pages::referralWithLink()
     QVERIFY(session.isGone(dialog));
 }
 
-void tst_Pages::referralWithoutLink()
-{
-    ClientSession &session = *desktop;
-    QVERIFY(session.startClient());
-    const Window dialog = session.openReferral();
-    QVERIFY(dialog != 0);
-    session.type(QStringLiteral("XYZ789"));
-    session.pressKey(QStringLiteral("Return"));
-    QVERIFY(session.isGone(dialog));
-    QCOMPARE(StoredSettings::ofClient().value("referral_code"), QStringLiteral("XYZ789"));
-    session.service.listen();
-    QVERIFY(waitFor([&] { return session.hasReceived(askStatus()); }));
-    QCOMPARE(session.service.lines(),
-             (QList{setLanguage("en"), setReferral("XYZ789"), askStatus()}));
-}
-
 void tst_Pages::referralSurvivesKill()
 {
     ClientSession &session = *desktop;
@@ -277,23 +225,6 @@ void tst_Pages::referralSurvivesKill()
     session.killClient();
     QCOMPARE(StoredSettings::ofClient().value("referral_code"), QStringLiteral("KILL42"));
     QVERIFY(tellsAfterAnotherStart(session, setReferral("KILL42")));
-}
-
-void tst_Pages::invalidReferral()
-{
-    ClientSession &session = *desktop;
-    session.service.listen();
-    QVERIFY(session.startLinkedClient());
-    session.service.clear();
-    const Window dialog = session.openReferral();
-    QVERIFY(dialog != 0);
-    const int height = session.geometry(dialog).height();
-    session.type(QStringLiteral("ABC-12"));
-    session.pressKey(QStringLiteral("Return"));
-    QVERIFY(waitFor([&] { return session.geometry(dialog).height() > height; }));
-    QVERIFY(session.closeDialog(dialog));
-    QCOMPARE(StoredSettings::ofClient().text(), QByteArray{});
-    QCOMPARE(session.service.lines(), QList<QByteArray>{});
 }
 
 void tst_Pages::supportRows_data()
@@ -342,21 +273,6 @@ void tst_Pages::supportCopies()
         session.click(session.at(buttons.at(i)));
         QVERIFY2(session.pastes(values.at(i)), values.at(i).constData());
     }
-}
-
-void tst_Pages::supportCopiesByKeyboard()
-{
-    StoredSettings::ofService().fill("client_id=some-id\n");
-    ClientSession &session = *desktop;
-    QVERIFY(session.startClient());
-    QVERIFY(session.openPage(ClientSession::supportRow));
-    session.pressKey(QStringLiteral("Tab"));
-    session.pressKey(QStringLiteral("Tab"));
-    session.pressKey(QStringLiteral("space"));
-    QVERIFY(session.pastes(QByteArrayLiteral(IXOVPN_VERSION)));
-    session.pressKey(QStringLiteral("Tab"));
-    session.pressKey(QStringLiteral("Return"));
-    QVERIFY(session.pastes("some-id"));
 }
 
 void tst_Pages::supportLink_data()
