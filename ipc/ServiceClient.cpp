@@ -71,9 +71,13 @@ void ServiceClient::send(const QString &cmd, const QJsonObject &args)
 
 void ServiceClient::onReadyRead()
 {
-    while (socket->canReadLine()) {
-        record({Event::Kind::Line, socket->readLine()});
+    const QByteArray received = socket->readAll();
+    const int end = received.lastIndexOf('\n') + 1;
+    if (end > 0) {
+        record({Event::Kind::Lines, unfinishedLine + received.left(end)});
+        unfinishedLine.clear();
     }
+    unfinishedLine += received.mid(end);
 }
 
 void ServiceClient::onConnected()
@@ -96,6 +100,7 @@ void ServiceClient::onConnected()
 void ServiceClient::onDisconnected()
 {
     onReadyRead();
+    unfinishedLine.clear();
     record({Event::Kind::Down, {}});
     scheduleReconnect();
 }
@@ -112,26 +117,43 @@ void ServiceClient::record(Event event)
     reporting.start();
 }
 
+QByteArray ServiceClient::takeLine()
+{
+    const QByteArray &lines = events.front().lines;
+    const int end = lines.indexOf('\n', reportedBytes) + 1;
+    const QByteArray line = lines.mid(reportedBytes, end - reportedBytes);
+    reportedBytes = end;
+    if (end == lines.size()) {
+        events.pop_front();
+        reportedBytes = 0;
+    }
+    return line;
+}
+
 void ServiceClient::report()
 {
     QElapsedTimer slice;
     slice.start();
     do {
-        const Event event = std::move(events.front());
-        events.pop_front();
+        const Event::Kind kind = events.front().kind;
+        QByteArray line;
+        if (kind == Event::Kind::Lines) {
+            line = takeLine();
+        } else {
+            events.pop_front();
+        }
         if (events.empty()) {
             reporting.stop();
         } else {
             reporting.start();
         }
-        pendingLine = !events.empty() && events.front().kind == Event::Kind::Line &&
+        pendingLine = !events.empty() && events.front().kind == Event::Kind::Lines &&
                       !slice.hasExpired(reportingSliceMs);
-        if (event.kind == Event::Kind::Line) {
+        if (kind == Event::Kind::Lines) {
             // A line does not end at a null byte.
-            Q_EMIT messageReceived(
-                QString::fromUtf8(event.line.constData(), event.line.size()).trimmed());
+            Q_EMIT messageReceived(QString::fromUtf8(line.constData(), line.size()).trimmed());
         } else {
-            Q_EMIT connectionChanged(event.kind == Event::Kind::Up);
+            Q_EMIT connectionChanged(kind == Event::Kind::Up);
         }
     } while (pendingLine && !events.empty());
     pendingLine = false;

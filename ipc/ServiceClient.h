@@ -53,20 +53,25 @@ private Q_SLOTS:
 private:
     struct Event
     {
-        enum class Kind { Up, Line, Down };
+        enum class Kind { Up, Lines, Down };
         Kind kind;
-        QByteArray line;
+        /// Whole lines as they came, together: millions of short ones cost no more than that.
+        QByteArray lines;
     };
 
     void scheduleReconnect();
     void record(Event event);
+    QByteArray takeLine();
     /// Called only by the event loop, so that a receiver may run a nested one.
     void report();
 
     QTcpSocket *socket;
     QTimer reconnection;
     QTimer reporting;
+    QByteArray unfinishedLine;
     std::deque<Event> events;
+    /// Of the first event.
+    int reportedBytes = 0;
     bool pendingLine = false;
 };
 

@@ -182,7 +182,7 @@ void tst_SupportDialog::widgetTree()
     QVERIFY(page->isHidden());
     const std::array values{version, id, QString{}};
     for (int i = 0; i < 3; ++i) {
-        const QString value = values.at(static_cast<std::size_t>(i));
+        const QString &value = values.at(static_cast<std::size_t>(i));
         QCOMPARE(button(i)->text(), value);
         QCOMPARE(button(i)->property("copyValue").toString(), value);
         QCOMPARE(row(i)->isHidden(), value.isEmpty());

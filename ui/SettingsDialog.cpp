@@ -77,7 +77,7 @@ SettingsDialog::SettingsDialog(QWidget *parent)
 
     connect(saveButton, &QPushButton::clicked, this, &SettingsDialog::onSave);
 
-    retranslateUi();
+    SettingsDialog::retranslateUi();
 }
 
 void SettingsDialog::openPage(const QString &tag)

@@ -76,7 +76,7 @@ SupportDialog::SupportDialog(QWidget *parent)
     rows.constLast().row->hide();
     body->addStretch(1);
 
-    retranslateUi();
+    SupportDialog::retranslateUi();
 }
 
 void SupportDialog::openPage()

@@ -76,8 +76,8 @@ int fillChannel()
     const QByteArray path = place() + "/show";
     std::copy(path.begin(), path.end(), address.sun_path);
     int sent = 0;
-    while (sendto(channel, "show\n\n", 6, 0, reinterpret_cast<const sockaddr *>(&address),
-                  sizeof address) == 6) {
+    while (sendto(channel, "", 0, 0, reinterpret_cast<const sockaddr *>(&address),
+                  sizeof address) == 0) {
         ++sent;
     }
     const bool full = errno == EAGAIN;

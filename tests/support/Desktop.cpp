@@ -68,6 +68,7 @@ public:
         std::vector<decltype(request(XCB_WINDOW_NONE))> asked;
         std::transform(windows.begin(), windows.end(), std::back_inserter(asked), request);
         std::vector<decltype(owned(reply(xcb, asked.front(), nullptr)))> answers;
+        answers.reserve(asked.size());
         for (const auto question : asked) {
             answers.push_back(owned(reply(xcb, question, nullptr)));
         }
