@@ -71,13 +71,10 @@ void ServiceClient::send(const QString &cmd, const QJsonObject &args)
 
 void ServiceClient::onReadyRead()
 {
-    const QByteArray received = socket->readAll();
-    const int end = received.lastIndexOf('\n') + 1;
-    if (end > 0) {
-        record({Event::Kind::Lines, unfinishedLine + received.left(end)});
-        unfinishedLine.clear();
+    if (socket->canReadLine()) {
+        const int end = socket->peek(socket->bytesAvailable()).lastIndexOf('\n') + 1;
+        record({Event::Kind::Lines, socket->read(end)});
     }
-    unfinishedLine += received.mid(end);
 }
 
 void ServiceClient::onConnected()
@@ -100,7 +97,6 @@ void ServiceClient::onConnected()
 void ServiceClient::onDisconnected()
 {
     onReadyRead();
-    unfinishedLine.clear();
     record({Event::Kind::Down, {}});
     scheduleReconnect();
 }

@@ -68,7 +68,6 @@ private:
     QTcpSocket *socket;
     QTimer reconnection;
     QTimer reporting;
-    QByteArray unfinishedLine;
     std::deque<Event> events;
     /// Of the first event.
     int reportedBytes = 0;
