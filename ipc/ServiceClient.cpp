@@ -117,7 +117,7 @@ QByteArray ServiceClient::takeLine()
 {
     const QByteArray &lines = events.front().lines;
     const int end = lines.indexOf('\n', reportedBytes) + 1;
-    const QByteArray line = lines.mid(reportedBytes, end - reportedBytes);
+    QByteArray line = lines.mid(reportedBytes, end - reportedBytes);
     reportedBytes = end;
     if (end == lines.size()) {
         events.pop_front();
