@@ -89,7 +89,7 @@ std::map<long, long> Child::switches() const
     for (const auto &thread : std::filesystem::directory_iterator{processFolder(id) / "task"}) {
         const long sum = sumOf(thread.path() / "status",
                                {"voluntary_ctxt_switches:", "nonvoluntary_ctxt_switches:"});
-        // None at all: it has ended meanwhile.
+        // A sum of 0 means that the thread has ended meanwhile.
         if (sum > 0) {
             sums[std::stol(thread.path().filename())] = sum;
         }

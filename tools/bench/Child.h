@@ -9,7 +9,7 @@
 
 namespace bench {
 
-/// Nanoseconds of the clock that never jumps.
+/// Nanoseconds of the monotonic clock.
 std::int64_t now();
 
 constexpr double msOf(std::int64_t ns)
@@ -26,13 +26,13 @@ public:
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;
 
-    /// When the process was about to be made.
+    /// When the process was about to be started.
     std::int64_t started() const { return startedAt; }
     pid_t pid() const { return id; }
 
     /// Processor time of all threads so far, in nanoseconds.
     std::int64_t processorTime() const;
-    /// Context switches so far, wanted and unwanted, of each thread that runs, by its number.
+    /// Context switches so far, voluntary and involuntary, of each running thread, by its number.
     std::map<long, long> switches() const;
     /// Proportional set size in KiB.
     long proportionalSize() const;

@@ -84,8 +84,8 @@ void FakeService::write(const std::string &bytes)
     flush();
 }
 
-// One piece at a time: a program that reads as fast as this writes must not keep the display from
-// being watched.
+// Writes one piece at a time: a program that reads as fast as this writes must not keep Bench from
+// watching the display.
 void FakeService::flush()
 {
     if (connection < 0 || sent == pending.size()) {

@@ -32,24 +32,24 @@ void Results::print(const std::string &program, const std::string &quantity) con
 }
 
 void Results::judgeRatio(const std::string &quantity, const std::string &program,
-                         const std::string &floor, double aim)
+                         const std::string &baseline, double target)
 {
     const double ratio =
-        median(figures.at({program, quantity})) / median(figures.at({floor, quantity}));
-    judge({program, quantity}, "ratio to " + floor, ratio, aim);
+        median(figures.at({program, quantity})) / median(figures.at({baseline, quantity}));
+    judge({program, quantity}, "ratio to " + baseline, ratio, target);
 }
 
-void Results::judgeLargest(const std::string &program, const std::string &quantity, double aim)
+void Results::judgeLargest(const std::string &program, const std::string &quantity, double target)
 {
     const std::vector<double> &values = figures.at({program, quantity});
-    judge({program, quantity}, "largest", *std::max_element(values.begin(), values.end()), aim);
+    judge({program, quantity}, "largest", *std::max_element(values.begin(), values.end()), target);
 }
 
-void Results::judge(const Key &key, const std::string &what, double figure, double aim)
+void Results::judge(const Key &key, const std::string &what, double figure, double target)
 {
-    const char *const verdict = figure <= aim ? "met" : "MISSED";
-    std::printf("  %-57s %10.2f   aim: at most %.2f, %s\n",
-                (key.first + ": " + key.second + ", " + what).c_str(), figure, aim, verdict);
+    const char *const verdict = figure <= target ? "met" : "MISSED";
+    std::printf("  %-57s %10.2f   target: at most %.2f, %s\n",
+                (key.first + ": " + key.second + ", " + what).c_str(), figure, target, verdict);
     std::fflush(stdout);
 }
 

@@ -8,7 +8,7 @@ namespace bench {
 
 double median(std::vector<double> values);
 
-/// The figures of one measurement, of which it prints the medians and what is aimed at.
+/// The figures of one measurement. Prints their medians, and beside some of them the target.
 class Results
 {
 public:
@@ -18,17 +18,17 @@ public:
 
     /// One line: the median of a program's figures, with the smallest and the largest.
     void print(const std::string &program, const std::string &quantity) const;
-    /// Prints how often the second program's median goes into the first's, beside the
-    /// most that is aimed at.
+    /// Prints the ratio of the program's median to the baseline's, beside the target: the maximum
+    /// that the ratio may come to.
     void judgeRatio(const std::string &quantity, const std::string &program,
-                    const std::string &floor, double aim);
-    /// Prints the largest figure, beside the most that is aimed at.
-    void judgeLargest(const std::string &program, const std::string &quantity, double aim);
+                    const std::string &baseline, double target);
+    /// Prints the largest figure, beside the target.
+    void judgeLargest(const std::string &program, const std::string &quantity, double target);
 
 private:
     using Key = std::pair<std::string, std::string>;
 
-    static void judge(const Key &key, const std::string &what, double figure, double aim);
+    static void judge(const Key &key, const std::string &what, double figure, double target);
 
     std::map<Key, std::vector<double>> figures;
 };

@@ -52,7 +52,7 @@ Screen::Screen()
     owned(xcb_damage_query_version_reply(connection, xcb_damage_query_version(connection, 1, 1),
                                          nullptr));
 
-    // Answers to pings come under either name.
+    // Programs send the answer to a ping to the root window under either mask.
     const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection, root, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(connection);

@@ -12,7 +12,7 @@
 namespace bench {
 
 /// The X server's view of one measured program: when its window is drawn on, what it then shows,
-/// and how soon it answers the window manager's question whether it is alive.
+/// and how soon it answers the window manager's ping.
 ///
 /// The window is recognised by its size when it is created, so no time is lost in looking for it.
 class Screen
@@ -42,14 +42,14 @@ public:
     bool showsFailure() const;
 
     void ping();
-    /// When the last question was answered; nothing if it has not been.
+    /// When the last ping was answered; nothing if it has not been.
     std::optional<std::int64_t> pong() const { return pongTime; }
 
     /// Asks the program, as a window manager does, to close or to minimise its window.
     void close();
     void minimise();
 
-    /// While a tray stands, programs that start believe that there is a place for their icon.
+    /// Owns the selection of an XEmbed tray, so that programs that start find one for their icon.
     void raiseTray();
     void removeTray();
 

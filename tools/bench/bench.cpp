@@ -1,5 +1,5 @@
-// Measures the client beside programs that do the least possible, in turn. See docs/benchmarks.md;
-// scripts/bench gives it a display of its own.
+// Measures the client and its baselines, programs that do the least possible, in turn. See
+// docs/benchmarks.md; scripts/bench gives it a display of its own.
 //
 //   ixovpn-bench FOLDER-OF-PROGRAMS ROUNDS MEASUREMENT [COMMAND...]
 //
@@ -42,20 +42,20 @@ constexpr std::int64_t betweenPingsMs = 5;
 constexpr int floodLines = 200'000;
 constexpr int delayLines = 40;
 
-// The most that each may come to, as judgeRatio and judgeLargest have it.
-constexpr double startAim = 1.15;
-constexpr double memoryAim = 1.15;
-constexpr double floodAim = 2.0;
-constexpr double answerAimMs = 100.0;
-constexpr double pulseAim = 2.0;
-constexpr double idleAim = 0.0;
+// The targets: the maximum of a ratio (judgeRatio) or of a figure (judgeLargest).
+constexpr double startTarget = 1.15;
+constexpr double memoryTarget = 1.15;
+constexpr double floodTarget = 2.0;
+constexpr double answerTargetMs = 100.0;
+constexpr double pulseTarget = 2.0;
+constexpr double idleTarget = 0.0;
 
 class Bench
 {
 public:
     Bench(const std::string &programs_, int rounds_, std::vector<std::string> others_)
         : client(programs_ + "/ixovpn-client")
-        , floor(programs_ + "/ixovpn-bench-floor")
+        , baseline(programs_ + "/ixovpn-bench-baseline")
         , wantedRounds(rounds_)
         , strangers(std::move(others_))
     {}
@@ -66,7 +66,7 @@ public:
     void flood();
     void delay();
     void pulse();
-    /// The client beside programs of other makers: what can be asked of any program.
+    /// The client beside other programs that live in the tray: what can be measured of any program.
     void others();
 
 private:
@@ -79,7 +79,7 @@ private:
 
     int rounds(int usual) const { return wantedRounds > 0 ? wantedRounds : usual; }
 
-    /// Serves display and service until the condition holds; false if it never did.
+    /// Serves display and service until the condition holds; false if it does not within `ms`.
     bool pump(std::int64_t ms, const std::function<bool()> &condition);
     void pass(std::int64_t ms);
     void require(const std::function<bool()> &condition, const char *what);
@@ -93,16 +93,16 @@ private:
     void delayOnce(Results &results, const std::string &name, const Command &command,
                    const std::array<std::string, 2> &lines);
 
-    /// The floor as far down as the client goes: an ordinary one loads the OpenGL driver.
-    Command floorWithoutOpenGl() const
+    /// The baseline without the OpenGL driver, which the client does not load either.
+    Command baselineWithoutOpenGl() const
     {
-        return {"/usr/bin/env", "QT_XCB_GL_INTEGRATION=none", floor};
+        return {"/usr/bin/env", "QT_XCB_GL_INTEGRATION=none", baseline};
     }
 
     Screen screen;
     std::unique_ptr<FakeService> service;
     std::string client;
-    std::string floor;
+    std::string baseline;
     int wantedRounds;
     std::vector<std::string> strangers;
 };
@@ -192,18 +192,19 @@ void Bench::start()
     service = std::make_unique<FakeService>("stopped");
     for (int round = 1 - warmUps; round <= rounds(usualRounds); ++round) {
         startOnce(results, round, "client", {client});
-        startOnce(results, round, "floor", {floor});
-        startOnce(results, round, "floor without OpenGL", floorWithoutOpenGl());
+        startOnce(results, round, "baseline", {baseline});
+        startOnce(results, round, "baseline without OpenGL", baselineWithoutOpenGl());
         screen.raiseTray();
         startOnce(results, round, "client with a tray", {client});
         screen.removeTray();
     }
     service.reset();
     for (const char *quantity : {"ms to first painting", "CPU ms to first painting"}) {
-        for (const char *name : {"client", "client with a tray", "floor", "floor without OpenGL"}) {
+        for (const char *name :
+             {"client", "client with a tray", "baseline", "baseline without OpenGL"}) {
             results.print(name, quantity);
         }
-        results.judgeRatio(quantity, "client", "floor", startAim);
+        results.judgeRatio(quantity, "client", "baseline", startTarget);
     }
 }
 
@@ -215,8 +216,8 @@ void Bench::memory()
     service = std::make_unique<FakeService>("running");
     for (int round = 1; round <= rounds(usualRounds); ++round) {
         for (const auto &[name, command] :
-             {std::pair{"client", Command{client}}, std::pair{"floor", Command{floor}},
-              std::pair{"floor without OpenGL", floorWithoutOpenGl()}}) {
+             {std::pair{"client", Command{client}}, std::pair{"baseline", Command{baseline}},
+              std::pair{"baseline without OpenGL", baselineWithoutOpenGl()}}) {
             const auto child = show(command);
             pass(quietMs);
             results.add(name, quantity, static_cast<double>(child->proportionalSize()));
@@ -224,9 +225,9 @@ void Bench::memory()
     }
     service.reset();
     results.print("client", quantity);
-    results.print("floor", quantity);
-    results.print("floor without OpenGL", quantity);
-    results.judgeRatio(quantity, "client", "floor", memoryAim);
+    results.print("baseline", quantity);
+    results.print("baseline without OpenGL", quantity);
+    results.judgeRatio(quantity, "client", "baseline", memoryTarget);
 }
 
 Bench::Cost Bench::costOf(const Child &child, std::int64_t ms)
@@ -235,7 +236,7 @@ Bench::Cost Bench::costOf(const Child &child, std::int64_t ms)
     std::map<long, long> before = child.switches();
     pass(ms);
     Cost cost{msOf(child.processorTime() - timeBefore), 0.0};
-    // Of a thread that has ended, nothing is known any more.
+    // The counters of a thread that has ended are gone.
     for (const auto &[thread, switches] : child.switches()) {
         cost.switches += static_cast<double>(switches - before[thread]);
     }
@@ -266,15 +267,15 @@ void Bench::idle()
             pass(quietMs);
             addCost(results, "client, service away", *child, idleMs);
         }
-        const auto child = show({floor});
+        const auto child = show({baseline});
         pass(quietMs);
-        addCost(results, "floor", *child, idleMs);
+        addCost(results, "baseline", *child, idleMs);
     }
-    for (const char *name : {"client, connected", "client, service away", "floor"}) {
+    for (const char *name : {"client, connected", "client, service away", "baseline"}) {
         results.print(name, "CPU ms");
         results.print(name, "context switches");
     }
-    results.judgeLargest("client, connected", "context switches", idleAim);
+    results.judgeLargest("client, connected", "context switches", idleTarget);
 }
 
 void Bench::floodOnce(Results &results, const std::string &name, const Command &command)
@@ -331,15 +332,15 @@ void Bench::flood()
     Results results{"flood of 200000 lines"};
     for (int round = 1; round <= rounds(usualRounds); ++round) {
         floodOnce(results, "client", {client});
-        floodOnce(results, "floor", {floor, "--lines"});
+        floodOnce(results, "baseline", {baseline, "--lines"});
     }
     for (const char *quantity :
          {"ms to the last line's effect", "CPU ms", "ms of the slowest answer"}) {
         results.print("client", quantity);
-        results.print("floor", quantity);
+        results.print("baseline", quantity);
     }
-    results.judgeRatio("ms to the last line's effect", "client", "floor", floodAim);
-    results.judgeLargest("client", "ms of the slowest answer", answerAimMs);
+    results.judgeRatio("ms to the last line's effect", "client", "baseline", floodTarget);
+    results.judgeLargest("client", "ms of the slowest answer", answerTargetMs);
 }
 
 void Bench::delayOnce(Results &results, const std::string &name, const Command &command,
@@ -349,7 +350,7 @@ void Bench::delayOnce(Results &results, const std::string &name, const Command &
     const auto child = show(command);
     require([this] { return service->isConnected(); }, "the connection");
     for (int i = 0; i < delayLines; ++i) {
-        // Longer than the switch glides, and at no fixed distance from any frame.
+        // Longer than the switch's animation, and out of step with its frames.
         pass(2 * settleMs + i % 17);
         screen.forgetPaintings();
         const std::int64_t begin = now();
@@ -364,9 +365,9 @@ void Bench::delay()
 {
     Results results{"delay from a line to its change on the screen"};
     delayOnce(results, "client", {client}, {"status: running\n", "status: stopped\n"});
-    delayOnce(results, "floor", {floor, "--lines"}, {"error: a\n", "error: b\n"});
+    delayOnce(results, "baseline", {baseline, "--lines"}, {"error: a\n", "error: b\n"});
     results.print("client", "ms to the change");
-    results.print("floor", "ms to the change");
+    results.print("baseline", "ms to the change");
 }
 
 void Bench::pulse()
@@ -388,9 +389,9 @@ void Bench::pulse()
     for (int round = 1; round <= rounds(usualRounds); ++round) {
         inState("client, connecting", "connecting", {});
         {
-            const auto child = show({floor, "--animate"});
+            const auto child = show({baseline, "--animate"});
             pass(quietMs);
-            addCost(results, "floor, animated", *child, pulseMs);
+            addCost(results, "baseline, animated", *child, pulseMs);
         }
         inState("client, connecting, minimised", "connecting", [this] { screen.minimise(); });
         screen.raiseTray();
@@ -400,14 +401,14 @@ void Bench::pulse()
         inState("client, off", "stopped", {});
     }
     for (const char *name :
-         {"client, connecting", "floor, animated", "client, connecting, minimised",
+         {"client, connecting", "baseline, animated", "client, connecting, minimised",
           "client, connecting, in tray", "client, on", "client, off"}) {
         results.print(name, "CPU ms");
         results.print(name, "context switches");
     }
-    results.judgeRatio("CPU ms", "client, connecting", "floor, animated", pulseAim);
-    results.judgeLargest("client, on", "context switches", idleAim);
-    results.judgeLargest("client, off", "context switches", idleAim);
+    results.judgeRatio("CPU ms", "client, connecting", "baseline, animated", pulseTarget);
+    results.judgeLargest("client, on", "context switches", idleTarget);
+    results.judgeLargest("client, off", "context switches", idleTarget);
 }
 
 void Bench::others()

@@ -1,7 +1,7 @@
-"""Finds the places of a C++ source where one small change makes a wrong program.
+"""Finds the sites of a C++ source where one small change, a mutation, makes a wrong program.
 
-Reads the text as clang-format leaves it; it is no parser. Changes that do not compile are the
-caller's to discard.
+Reads the text as clang-format leaves it; it is no parser. The caller discards mutations that do not
+compile.
 """
 
 import re
@@ -29,7 +29,7 @@ NOT_PROGRAM = re.compile(r"Q_ASSERT|static_assert")
 
 @dataclass(frozen=True)
 class Site:
-    """Replacing text[start:end] by `after` is the change; the count of lines stays."""
+    """The mutation replaces text[start:end] by `after` and keeps the number of lines."""
 
     start: int
     end: int

@@ -13,7 +13,7 @@ struct Command
     enum class Kind { Connect, Disconnect, Status, SetLanguage, SetReferral };
 
     Kind kind;
-    /// The language tag or the referral code; empty for the other kinds.
+    /// The language tag or the referral code; empty for the other commands.
     QString argument;
 };
 
@@ -24,8 +24,8 @@ struct ParsedCommand
     QString fault;
 };
 
-/// Takes apart one line without its line feed. Stricter than a service need be, so that a client
-/// that says too much is noticed: keys that the command does not have are a fault.
+/// Parses one line without its line feed. Stricter than a service need be, so that a client that
+/// sends too much is noticed: keys that the command does not have are a fault.
 ParsedCommand parseCommand(const QByteArray &line);
 
 } // namespace servicesim

@@ -22,14 +22,14 @@ struct Notice
 
 struct Options
 {
-    /// 0 stands for any free one.
+    /// 0 stands for any free port.
     quint16 port = ipc::protocol::servicePort;
     bool quiet = false;
     TunnelSettings tunnel;
     QVector<Notice> notices;
 };
 
-/// What a command line comes to: exactly one of the three is there.
+/// The outcome of parsing a command line: exactly one of the three is set.
 struct ParsedOptions
 {
     std::optional<Options> options;

@@ -24,7 +24,7 @@ public:
     explicit Simulator(const Options &options);
     ~Simulator() override;
 
-    /// False if the port cannot be had; errorString() then says why.
+    /// False if the port is taken or forbidden; errorString() then says why.
     bool listen();
     QString errorString() const { return server.errorString(); }
     quint16 port() const { return server.serverPort(); }
@@ -32,7 +32,7 @@ public:
     /// To every client, as it stands, with a line feed.
     void sendAsItStands(const QByteArray &line);
 
-    /// What clients set last; empty until then.
+    /// The values that a client set last; empty until then.
     const QString &language() const { return language_; }
     const QString &referralCode() const { return referralCode_; }
 

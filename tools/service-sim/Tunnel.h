@@ -44,11 +44,11 @@ class Tunnel : public QObject
 public:
     explicit Tunnel(const TunnelSettings &settings);
 
-    /// Begins the way up; on the way down, has it follow as soon as that is done. False if
-    /// nothing is said on account of it now.
+    /// Begins the way up; during the way down, remembers the request and begins after its end.
+    /// False if this says no line now.
     bool requestUp();
-    /// Begins the way down, from wherever the way up has come to; a way up that was to follow is
-    /// forgotten. False if nothing is said on account of it now.
+    /// Begins the way down, from whichever step the way up has reached; forgets a remembered
+    /// requestUp(). False if this says no line now.
     bool requestDown();
 
     /// The line that tells the present state.
@@ -66,7 +66,7 @@ private:
     TunnelSettings settings;
     QTimer timer;
     QString state;
-    /// The last one reached; says nothing while the timer stands.
+    /// The last step reached; meaningless while the timer is stopped.
     Step step = Step::Stopped;
     bool upAgain = false;
 };

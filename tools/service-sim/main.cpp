@@ -15,7 +15,7 @@ constexpr int badOptions = 2;
 void print(std::FILE *stream, const QString &text)
 {
     std::fputs(text.toUtf8().constData(), stream);
-    // Whoever watches through a pipe waits for single lines.
+    // A pipe would hold lines back until the buffer is full.
     std::fflush(stream);
 }
 

@@ -1,4 +1,4 @@
-// The least that a program with this toolkit can do: what the client is measured against.
+// The baseline that the client is measured against: the least that a Qt program can do.
 //
 //   (no argument)  an empty window of the client's size
 //   --lines        also reads the service's lines; each "error: " line changes the window's colour
