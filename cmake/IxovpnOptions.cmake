@@ -17,7 +17,7 @@ target_compile_options(ixovpn_options INTERFACE
   -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wnull-dereference
   -Wformat=2 -Wimplicit-fallthrough -Wextra-semi -Wundef)
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
-  # The warnings above that only GCC knows, and one of Qt's macros.
+  # Clang does not know all the warnings above, and warns of one of Qt's macros.
   target_compile_options(ixovpn_options INTERFACE
     -Wno-unknown-warning-option -Wno-gnu-zero-variadic-macro-arguments)
 endif()
@@ -38,7 +38,7 @@ target_compile_definitions(ixovpn_options INTERFACE
 
 target_compile_options(ixovpn_options INTERFACE
   -fstack-protector-strong -ffunction-sections -fdata-sections)
-# Where the sources lay shall not be in what users get. Debuggers want to know it.
+# The program that users get does not contain the path of the sources, which debuggers need.
 target_compile_options(ixovpn_options INTERFACE
   $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 if(WIN32)
@@ -65,8 +65,8 @@ if(IXOVPN_SANITIZE)
   target_link_options(ixovpn_options INTERFACE ${sanitizers})
 endif()
 
-# Only the presets for daily work precompile headers: what a source forgets to include, the others
-# notice. ccache looks into them when the compiler names them.
+# Only the presets for daily work precompile headers: the other presets notice a missing #include.
+# With this option ccache can tell which headers a precompiled header contains.
 if(NOT CMAKE_DISABLE_PRECOMPILE_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   target_compile_options(ixovpn_options INTERFACE -fpch-preprocess)
 endif()
@@ -76,16 +76,16 @@ if(IXOVPN_COVERAGE)
   target_link_options(ixovpn_options INTERFACE --coverage)
 endif()
 
-# Everything tells the fuzzers where it has been; only they have the fuzzing main().
+# Every library is instrumented for coverage; only the fuzzers link libFuzzer's main().
 if(IXOVPN_FUZZ)
   target_compile_options(ixovpn_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # Link-time optimisation compiles the whole program anew as a position independent executable, in
-# which Qt's meta-objects and signals would get second addresses: casts of its objects
-# would fail and connections would not find their signals. So everything of other libraries is
-# reached through its one address, and where the compiler cannot do that, nothing is optimised at
-# link time. The linker is told to refuse copies.
+# which Qt's meta-objects and signals would get second addresses (copy relocations, canonical PLT
+# entries): qobject_cast would fail and connections would not find their signals. So symbols of
+# other libraries are accessed indirectly, and where the compiler cannot do that, link-time
+# optimisation is off. The linker refuses copy relocations.
 check_ipo_supported(RESULT ixovpn_lto LANGUAGES CXX OUTPUT ixovpn_lto_reason)
 if(NOT WIN32)
   check_cxx_compiler_flag(-mno-direct-extern-access ixovpn_has_indirect_access)
@@ -96,8 +96,8 @@ if(NOT WIN32)
     set(ixovpn_lto OFF)
   endif()
 endif()
-# On Windows the suite runs against the libraries of the release, and each test would be optimised
-# as a whole program.
+# On Windows the suite links the static libraries of the release, and link-time optimisation would
+# compile the whole program anew for each test.
 if(ixovpn_lto AND CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT WIN32)
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
 endif()
