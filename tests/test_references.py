@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What the documents name as shown by a test is there: `test`: `function`, `function`."""
+"""The tests that the documents name exist: `test`: `function`, `function`."""
 
 import re
 import unittest
@@ -10,7 +10,7 @@ NAMED = re.compile(r"`([a-z]+)`:\s((?:`[A-Za-z]+`(?:,\s)?)+)")
 
 
 class References(unittest.TestCase):
-    def test_ways_in(self):
+    def test_attack_surface(self):
         named = NAMED.findall((TREE / "docs/attack-surface.md").read_text())
         self.assertGreater(len(named), 20)
         for test, functions in named:

@@ -41,7 +41,7 @@ void tst_Application::endsWhatWouldStay()
         QEvent order{QEvent::Quit};
         QCoreApplication::sendEvent(qApp, &order);
     });
-    // Comes in any case, but late.
+    // Ends a test that fails.
     QTimer::singleShot(10000, &window, [&givenUp] {
         givenUp = true;
         QCoreApplication::exit(1);

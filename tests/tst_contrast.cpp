@@ -30,10 +30,11 @@
 
 namespace {
 
-// What the Web Content Accessibility Guidelines 2.1 ask of text that is not large (1.4.3, AA).
+// The minimum of the Web Content Accessibility Guidelines 2.1 for text that is not large (1.4.3,
+// AA).
 constexpr double enough = 4.5;
 
-// So fine that the strokes of every letter have an inside.
+// A device pixel ratio at which the strokes of every letter have an inside.
 constexpr int fineness = 6;
 
 // As relative luminance and contrast ratio are defined there.
@@ -75,7 +76,7 @@ QImage picture(QWidget *window, const QRect &part)
 double measured(QWidget *window, const QRect &part, const std::function<void()> &removeText)
 {
     const QImage with = picture(window, part);
-    // Nothing moves up before the event loop has its next turn.
+    // The layout does not change before the event loop runs again.
     removeText();
     const QImage without = picture(window, part);
 
@@ -157,14 +158,15 @@ private:
     void noticeDialog();
     void toolTips();
 
-    /// Remembers what the document has to say.
+    /// Records a contrast below the minimum, which the document has to name.
     void check(const QString &what, double ratio);
     void check(const QString &what, QWidget *widget) { check(what, measured(widget)); }
     /// Also where the gradient behind its parent is lightest and darkest.
     void checkOnGradient(const QString &what, QWidget *widget);
     void checkHovered(const QString &what, QWidget *widget);
 
-    /// As the document has it, below what is enough, to one decimal place.
+    /// The contrasts below the minimum, to one decimal place: those in the document and the
+    /// measured.
     QMap<QString, QString> documented;
     QMap<QString, QString> found;
 };
@@ -213,7 +215,7 @@ void tst_Contrast::checkHovered(const QString &what, QWidget *widget)
     const QRect part{widget->mapTo(widget->window(), QPoint{}), widget->size()};
     const QImage before = picture(widget->window(), part);
     widget->setAttribute(Qt::WA_UnderMouse, true);
-    // Push buttons do not believe that alone.
+    // Push buttons also need an event to look hovered.
     const QPointF middle = QRectF{widget->rect()}.center();
     QMouseEvent move{QEvent::MouseMove, middle, Qt::NoButton, Qt::NoButton, Qt::NoModifier};
     QCoreApplication::sendEvent(widget, &move);
@@ -402,8 +404,8 @@ void tst_Contrast::documentIsTrue()
     if (!found.contains(example)) {
         documented.remove(example);
     }
-    // Its figures are those of the platform without a display: elsewhere letters are drawn by other
-    // means, and the colours of tool tips are the system's.
+    // The document's figures are those of the platform offscreen: other platforms draw letters in
+    // other ways, and use the system's colours for tool tips.
     if (QGuiApplication::platformName() != QLatin1String{"offscreen"}) {
         QStringList low = found.keys();
         low.erase(std::remove_if(low.begin(), low.end(),

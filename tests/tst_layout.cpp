@@ -68,7 +68,7 @@ void collect(QWidget *widget, int depth, QList<Place> &places)
 
 QList<Place> placesOf(QWidget *widget)
 {
-    // The layouts are in force only then.
+    // Only grabbing activates the layouts.
     widget->grab();
     QList<Place> places;
     collect(widget, 0, places);
@@ -115,8 +115,8 @@ QList<Place> parse(const QByteArray &text)
     return places;
 }
 
-/// The same font is drawn by other means on other systems: a line is up to three pixels lower or
-/// higher, and with each line the difference grows.
+/// Other systems draw the same font in other ways: a line is up to three pixels lower or higher,
+/// and with each line the difference grows.
 bool isAlike(const Place &found, const Place &expected)
 {
     constexpr int ofALine = 3;
@@ -132,7 +132,7 @@ bool isAlike(const Place &found, const Place &expected)
            within(a.height(), b.height(), ofAColumn);
 }
 
-/// What no text has a say in.
+/// True for widgets whose size no text changes.
 bool isFixed(const Place &place)
 {
     const QString name = place.name.trimmed();

@@ -15,7 +15,7 @@ using support::WindowBench;
 
 namespace {
 
-/// What the toolkit makes of a style sheet's weight.
+/// The QFont weight for a style sheet's weight.
 int weight(int inStyleSheet)
 {
     return qRound(inStyleSheet / 8.0);
@@ -29,7 +29,7 @@ int whiteness(QWidget *widget)
     return colour.rgb() == QColor{Qt::white}.rgb() ? colour.alpha() : -1;
 }
 
-/// The same shape, painted by hand.
+/// The same shape, painted without a style sheet.
 QImage roundedShape(const QSize &size, double radius, int alpha)
 {
     QImage image{size, QImage::Format_ARGB32_Premultiplied};
@@ -79,7 +79,7 @@ private Q_SLOTS:
     void menuButtonStyle();
     void menuButtonHasNoIndicator();
     void popupMenuStyle();
-    void linksBeforeItIsShown();
+    void connectsBeforeItIsShown();
 };
 
 void tst_MainWindow::init()
@@ -126,7 +126,7 @@ void tst_MainWindow::menuButtonStyle()
     button->setAttribute(Qt::WA_UnderMouse);
     QCOMPARE(whiteness(button), 50);
 
-    // No border: the button's size is its text's, and ten or six pixels a side.
+    // Without a border the button's size is that of its text, and ten or six pixels a side.
     QToolButton plain;
     plain.setText(button->text());
     plain.setFont(button->font());
@@ -164,7 +164,7 @@ void tst_MainWindow::popupMenuStyle()
     QCOMPARE(painted(menu).pixelColor(edge), over(base, 30));
 }
 
-void tst_MainWindow::linksBeforeItIsShown()
+void tst_MainWindow::connectsBeforeItIsShown()
 {
     support::ScriptedService service;
     service.listen();

@@ -16,8 +16,8 @@
 using support::ScriptedService;
 using ui::ToggleSwitch;
 
-/// Lines that arrive together: nobody sees what the first of them show, but the last must leave
-/// the window as if each had come alone.
+/// Lines that arrive together: the first of them are never painted, but the last must leave the
+/// window as if each had come alone.
 class tst_MainWindowBurst : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ const std::array<QByteArray, 15> vocabulary{
     "status: something new", "error: no route",         "error: subscription_expired",
     "config-bytes: 2048",    "config-bytes: 17",        "nonsense"};
 
-ipc::ServiceClient *linkOf(const MainWindow &window)
+ipc::ServiceClient *clientOf(const MainWindow &window)
 {
     return window.findChild<ipc::ServiceClient *>();
 }
@@ -59,7 +59,7 @@ QStringList looks(const MainWindow &window)
             text("status"), text("pill")};
 }
 
-// What the window remembers besides what it shows comes out when the language changes.
+// A change of language shows what the window remembers besides what it shows.
 QStringList looksInAnotherLanguage(MainWindow &window)
 {
     QEvent change{QEvent::LanguageChange};
@@ -79,7 +79,7 @@ void tst_MainWindowBurst::endsLikeSingleLines()
 {
     ScriptedService service;
     service.listen();
-    // Has a link too, but is told each line by itself.
+    // Has a connection too, but gets each line by a call of its slot.
     MainWindow single;
     QVERIFY(connectTo(service));
     service.clear();
@@ -87,7 +87,7 @@ void tst_MainWindowBurst::endsLikeSingleLines()
     QVERIFY(connectTo(service));
 
     int reported = 0;
-    connect(linkOf(window), &ipc::ServiceClient::messageReceived, this,
+    connect(clientOf(window), &ipc::ServiceClient::messageReceived, this,
             [&reported] { ++reported; });
 
     QRandomGenerator random{seed};
@@ -104,7 +104,7 @@ void tst_MainWindowBurst::endsLikeSingleLines()
         service.write(lines);
         QTRY_COMPARE_WITH_TIMEOUT(reported, size, patienceMs);
         QVERIFY2(looks(window) == looks(single), lines.constData());
-        // Only sometimes: it hides what was shown before.
+        // Only every third time, since a change of language hides what was shown before.
         if (burst % 3 == 0) {
             QVERIFY2(looksInAnotherLanguage(window) == looksInAnotherLanguage(single),
                      lines.constData());
@@ -148,28 +148,28 @@ void tst_MainWindowBurst::promiseOfMoreIsKept()
     constexpr int lines = 20'000;
     ScriptedService service;
     service.listen();
-    ipc::ServiceClient link{nullptr};
+    ipc::ServiceClient client{nullptr};
     int reported = 0;
     int promises = 0;
     int broken = 0;
     bool promised = false;
-    connect(&link, &ipc::ServiceClient::messageReceived, this, [&] {
+    connect(&client, &ipc::ServiceClient::messageReceived, this, [&] {
         ++reported;
-        promised = link.hasPendingLine();
+        promised = client.hasPendingLine();
         promises += promised ? 1 : 0;
     });
     connect(QCoreApplication::eventDispatcher(), &QAbstractEventDispatcher::aboutToBlock, this,
             [&] { broken += promised ? 1 : 0; });
     connect(QCoreApplication::eventDispatcher(), &QAbstractEventDispatcher::awake, this,
             [&] { broken += promised ? 1 : 0; });
-    link.connectToService();
+    client.connectToService();
     QTRY_COMPARE_WITH_TIMEOUT(service.connected(), 1, patienceMs);
     service.write(QByteArray{"line\n"}.repeated(lines));
     QTRY_COMPARE_WITH_TIMEOUT(reported, lines, patienceMs);
     QCOMPARE(broken, 0);
     QVERIFY(!promised);
     QVERIFY(promises > 0);
-    QVERIFY(!link.hasPendingLine());
+    QVERIFY(!client.hasPendingLine());
 }
 
 QTEST_MAIN(tst_MainWindowBurst)

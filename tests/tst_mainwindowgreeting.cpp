@@ -27,8 +27,8 @@ private Q_SLOTS:
     void greeting_data();
     void greeting();
     void greetingAfterReconnect();
-    void linkUpLeavesSwitchAndStatus();
-    void commandWithoutLinkIsNotKept();
+    void connectionLeavesSwitchAndStatus();
+    void commandWithoutConnectionIsNotKept();
 };
 
 void tst_MainWindowGreeting::init()
@@ -124,7 +124,7 @@ void tst_MainWindowGreeting::greetingAfterReconnect()
     }
 }
 
-void tst_MainWindowGreeting::linkUpLeavesSwitchAndStatus()
+void tst_MainWindowGreeting::connectionLeavesSwitchAndStatus()
 {
     WindowBench bench;
     bench.toggle()->setState(State::On);
@@ -133,7 +133,7 @@ void tst_MainWindowGreeting::linkUpLeavesSwitchAndStatus()
     QCOMPARE(bench.shown(), display(State::On, QStringLiteral("as before"), serviceThere));
 }
 
-void tst_MainWindowGreeting::commandWithoutLinkIsNotKept()
+void tst_MainWindowGreeting::commandWithoutConnectionIsNotKept()
 {
     WindowBench bench;
     QVERIFY(bench.greeted());

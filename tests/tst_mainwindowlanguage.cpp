@@ -38,8 +38,8 @@ QString inLanguage(const QString &tag, const char *source)
     return catalogue.translate("MainWindow", source);
 }
 
-/// Looks at what the service has heard, and what is stored, when the first translator goes or
-/// comes.
+/// Records what the service has received, and what is stored, when the first translator is removed
+/// or installed.
 class SwitchWatcher : public QObject
 {
 public:
@@ -96,11 +96,11 @@ private Q_SLOTS:
     void sizeGivesWayToStatus();
     void unknownWordBecomesLastStatus();
     void clickIsNotRemembered();
-    void lastStatusSurvivesLinkLoss();
+    void lastStatusSurvivesConnectionLoss();
 
     void noStatusYet();
-    void linkIsDown();
-    void neverLinked();
+    void connectionIsDown();
+    void neverConnected();
 
     void unknownTagIsEnglish_data();
     void unknownTagIsEnglish();
@@ -142,7 +142,7 @@ void tst_MainWindowLanguage::chosenLanguage()
     QCOMPARE(bench.hint()->text(), hint);
     QCOMPARE(bench.shown(),
              display(State::On, inLanguage(tag, "Connected"), inLanguage(tag, "Tunnel up")));
-    // What comes from now on is in the new language too.
+    // Later texts are in the new language too.
     QVERIFY(bench.say("status: fetching"));
     QCOMPARE(bench.shown(), display(State::Connecting, inLanguage(tag, "Connecting…"),
                                     inLanguage(tag, "Fetching config…")));
@@ -304,7 +304,7 @@ void tst_MainWindowLanguage::clickIsNotRemembered()
                                     inLanguage(QStringLiteral("de"), "Tunnel up")));
 }
 
-void tst_MainWindowLanguage::lastStatusSurvivesLinkLoss()
+void tst_MainWindowLanguage::lastStatusSurvivesConnectionLoss()
 {
     WindowBench bench;
     QVERIFY(bench.greeted());
@@ -330,7 +330,7 @@ void tst_MainWindowLanguage::noStatusYet()
              display(State::Error, earlier, inLanguage(QStringLiteral("de"), "Service connected")));
 }
 
-void tst_MainWindowLanguage::linkIsDown()
+void tst_MainWindowLanguage::connectionIsDown()
 {
     WindowBench bench;
     QVERIFY(bench.greeted());
@@ -343,7 +343,7 @@ void tst_MainWindowLanguage::linkIsDown()
     QVERIFY(bench.service.received().isEmpty());
 }
 
-void tst_MainWindowLanguage::neverLinked()
+void tst_MainWindowLanguage::neverConnected()
 {
     const WindowBench bench{WindowBench::Service::IsAway};
     bench.chooseLanguage(QStringLiteral("de"));

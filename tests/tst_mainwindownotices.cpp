@@ -77,7 +77,7 @@ QList<QByteArray> numberedNotices(int count)
     return lines;
 }
 
-/// Stands behind a few notices, to tell that all of them have arrived.
+/// Sent behind a few notices, to tell that all of them have arrived.
 const QByteArray marker = QByteArrayLiteral("config-bytes: 9");
 
 bool markerArrived(const WindowBench &bench)
@@ -112,8 +112,8 @@ private Q_SLOTS:
     void everyWayOfClosing();
     void messagesGoOnBehindIt();
     void clicksGoOnBehindIt();
-    void linkLossBehindIt();
-    void queuedNoticesOutliveTheLink();
+    void connectionLossBehindIt();
+    void queuedNoticesOutliveTheConnection();
     void overTheReferralDialog();
     void manyInOneSegment();
     void quittingDropsTheQueue_data();
@@ -276,7 +276,7 @@ void tst_MainWindowNotices::clicksGoOnBehindIt()
     QCOMPARE(sent, QList<QByteArray>{R"({"cmd":"connect"})"});
 }
 
-void tst_MainWindowNotices::linkLossBehindIt()
+void tst_MainWindowNotices::connectionLossBehindIt()
 {
     WindowBench bench;
     QVERIFY(bench.greeted());
@@ -302,7 +302,7 @@ void tst_MainWindowNotices::linkLossBehindIt()
     QCOMPARE(bench.pill()->text(), QStringLiteral("Service connected"));
 }
 
-void tst_MainWindowNotices::queuedNoticesOutliveTheLink()
+void tst_MainWindowNotices::queuedNoticesOutliveTheConnection()
 {
     WindowBench bench;
     QVERIFY(bench.greeted());
@@ -340,7 +340,7 @@ void tst_MainWindowNotices::overTheReferralDialog()
 
 void tst_MainWindowNotices::manyInOneSegment()
 {
-    // The platform without a display complains about each window of a limited size.
+    // The platform offscreen warns about each window with a maximum size.
     QLoggingCategory *const talk = QLoggingCategory::defaultCategory();
     talk->setEnabled(QtWarningMsg, false);
     const auto talkAgain = qScopeGuard([talk] { talk->setEnabled(QtWarningMsg, true); });
@@ -407,7 +407,7 @@ void tst_MainWindowNotices::noneWhileTheTrayQuits()
     WindowBench bench;
     QVERIFY(bench.greeted());
     const NoticeReader reader;
-    // The tray ends the program itself, right after.
+    // TrayController ends the program itself, right after this signal.
     Q_EMIT bench.window->findChild<ui::TrayController *>()->quitRequested();
     QVERIFY(bench.say("notice: too late"));
     QVERIFY(reader.texts.isEmpty());

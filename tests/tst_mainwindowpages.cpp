@@ -64,7 +64,7 @@ private Q_SLOTS:
     void pageOverPage();
     void referralDialogIsModalAndNew();
     void savedCodeIsForwarded();
-    void savedCodeWaitsForTheLink();
+    void savedCodeWaitsForTheConnection();
     void invalidCodeIsNotForwarded();
 
     void closesWithoutTray();
@@ -193,7 +193,7 @@ void tst_MainWindowPages::savedCodeIsForwarded()
     QCOMPARE(bench.sent(), QList<QByteArray>{R"({"cmd":"set-referral","code":"ab12CD"})"});
 }
 
-void tst_MainWindowPages::savedCodeWaitsForTheLink()
+void tst_MainWindowPages::savedCodeWaitsForTheConnection()
 {
     WindowBench bench;
     QVERIFY(bench.greeted());

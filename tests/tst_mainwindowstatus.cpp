@@ -20,7 +20,7 @@ const QByteArray disconnectLine = QByteArrayLiteral(R"({"cmd":"disconnect"})");
 const QString serviceAway = QStringLiteral("Service is not running");
 const QString disconnected = QStringLiteral("Disconnected");
 
-/// What brings the switch into a state, with a pill text that no state sets.
+/// The lines that bring the switch into a state, with a pill text that no state sets.
 struct Way
 {
     State state;
@@ -82,16 +82,16 @@ private Q_SLOTS:
     void readersHearTheSwitch_data();
     void readersHearTheSwitch();
 
-    void clickWithLink_data();
-    void clickWithLink();
+    void clickWithConnection_data();
+    void clickWithConnection();
     void secondClickIsIgnored();
     void clickWithoutService();
-    void clickWithoutLink_data();
-    void clickWithoutLink();
+    void clickWithoutConnection_data();
+    void clickWithoutConnection();
     void clickIsCorrectedByService();
 
-    void linkLoss_data();
-    void linkLoss();
+    void connectionLoss_data();
+    void connectionLoss();
 };
 
 void tst_MainWindowStatus::init()
@@ -140,7 +140,8 @@ void tst_MainWindowStatus::messages()
 
     WindowBench bench;
     QVERIFY(bench.greeted());
-    // From two displays, of which at least one differs in everything from what the line asks for.
+    // Begins with two displays, at least one of which differs in everything from what the line
+    // shows.
     const QList<QList<QByteArray>> beginnings = {
         {"status: running", "config-bytes: 42"},
         {"error: broken", "config-bytes: 43"},
@@ -268,7 +269,7 @@ void tst_MainWindowStatus::readersHearTheSwitch()
 
     WindowBench bench;
     QVERIFY(bench.greeted());
-    // From another state, so that it is not the first one that is heard.
+    // Begins in another state, so that this state is not the first one that is announced.
     QVERIFY(bench.say(way.state == State::On ? "status: stopped" : "status: running"));
     QVERIFY(bench.say(way.lines));
 
@@ -283,7 +284,7 @@ void tst_MainWindowStatus::readersHearTheSwitch()
     QCOMPARE(state.disabled != 0, changing);
 }
 
-void tst_MainWindowStatus::clickWithLink_data()
+void tst_MainWindowStatus::clickWithConnection_data()
 {
     QTest::addColumn<Way>("way");
     QTest::addColumn<State>("state");
@@ -311,7 +312,7 @@ void tst_MainWindowStatus::clickWithLink_data()
     }
 }
 
-void tst_MainWindowStatus::clickWithLink()
+void tst_MainWindowStatus::clickWithConnection()
 {
     QFETCH(Way, way);
     QFETCH(State, state);
@@ -325,7 +326,7 @@ void tst_MainWindowStatus::clickWithLink()
     QCOMPARE(bench.shown(), display(state, status, earlierPill()));
     QCOMPARE(bench.sent(), sent);
 
-    // Even a switch that did report a click during a change would not be listened to.
+    // During a change, the window ignores even a toggled() signal.
     if (sent.isEmpty()) {
         Q_EMIT bench.toggle()->toggled();
         QCOMPARE(bench.shown(), display(state, status, earlierPill()));
@@ -350,7 +351,7 @@ void tst_MainWindowStatus::clickWithoutService()
     QCOMPARE(bench.shown(), display(State::Off, disconnected, serviceAway));
 }
 
-void tst_MainWindowStatus::clickWithoutLink_data()
+void tst_MainWindowStatus::clickWithoutConnection_data()
 {
     QTest::addColumn<State>("state");
 
@@ -360,7 +361,7 @@ void tst_MainWindowStatus::clickWithoutLink_data()
     }
 }
 
-void tst_MainWindowStatus::clickWithoutLink()
+void tst_MainWindowStatus::clickWithoutConnection()
 {
     QFETCH(State, state);
 
@@ -388,7 +389,7 @@ void tst_MainWindowStatus::clickIsCorrectedByService()
     QCOMPARE(bench.sent(), (QList<QByteArray>{disconnectLine, disconnectLine}));
 }
 
-void tst_MainWindowStatus::linkLoss_data()
+void tst_MainWindowStatus::connectionLoss_data()
 {
     QTest::addColumn<Way>("way");
     QTest::addColumn<bool>("reset");
@@ -400,7 +401,7 @@ void tst_MainWindowStatus::linkLoss_data()
     }
 }
 
-void tst_MainWindowStatus::linkLoss()
+void tst_MainWindowStatus::connectionLoss()
 {
     QFETCH(Way, way);
     QFETCH(bool, reset);

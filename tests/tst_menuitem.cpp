@@ -220,7 +220,7 @@ void tst_MenuItem::ground_data()
     QTest::addColumn<QColor>("expected");
     const QColor black{Qt::black};
     const QColor white{Qt::white};
-    // White over black comes out as its own alpha.
+    // White painted on black has its own alpha as its grey value.
     QTest::newRow("normal") << false << false << black << black;
     QTest::newRow("hover") << false << true << black << QColor{22, 22, 22};
     QTest::newRow("pressed") << true << false << black << QColor{40, 40, 40};
@@ -267,7 +267,7 @@ void tst_MenuItem::hoverRepaints()
             return false;
         }
     };
-    // The one style of the toolkit that does not ask for it.
+    // The one style of Qt that does not set WA_Hover, which repaints widgets under the mouse.
     const std::unique_ptr<QStyle> style{QStyleFactory::create(QStringLiteral("Windows"))};
     QWidget window;
     window.resize(400, 200);

@@ -161,7 +161,7 @@ public:
         : dialog(text, nullptr)
     {
         dialog.show();
-        // Where the links are is not known before the first picture.
+        // The label knows where its links are only after the first painting.
         dialog.grab();
     }
     NoticeDialog *operator->() { return &dialog; }
@@ -485,7 +485,7 @@ void tst_NoticeDialog::linkStyleOnScreen()
     const QTextCharFormat format = document->begin().begin().fragment().charFormat();
     QCOMPARE(format.foreground().color(), linkColour);
     QVERIFY(!format.fontUnderline());
-    // What the toolkit makes of a style's 600.
+    // Qt turns a style's weight of 600 into this.
     QCOMPARE(format.fontWeight(), 600 / 8);
 }
 
@@ -570,7 +570,7 @@ void tst_NoticeDialog::longNotice()
     QCOMPARE(dialog.layout()->itemAt(0)->widget(), area);
     QCOMPARE(area->widget(), label);
 
-    // Whatever has the keyboard when the dialog opens: down, and for a long word to the right.
+    // The keys scroll whichever widget has the focus: down, and for a long word to the right.
     const auto press = [&](Qt::Key key, const QScrollBar *bar) {
         for (int before = -1; bar->value() != before;) {
             before = bar->value();
@@ -630,7 +630,7 @@ void tst_NoticeDialog::scrolledColours()
 
 void tst_NoticeDialog::middlingNoticeIsWhole()
 {
-    // Higher than the toolkit would make a dialog by itself, and not high enough to scroll.
+    // Higher than Qt would make a dialog by itself, and not high enough to scroll.
     const int screen = QGuiApplication::primaryScreen()->availableGeometry().height();
     Shown dialog{QString{}};
     const int line = QFontMetrics{labelOf(*dialog)->font()}.lineSpacing();
@@ -654,7 +654,7 @@ void tst_NoticeDialog::programGoesOnWithHiddenWindow()
         window.hide();
         notice.open();
         QTest::mouseClick(okOf(notice), Qt::LeftButton);
-        // A quit that the closing of the dialog asked for would come before this.
+        // If closing the dialog had asked for a quit, the quit would come before this.
         QTimer::singleShot(0, &notice, [&] {
             wentOn = true;
             QCoreApplication::exit(7);

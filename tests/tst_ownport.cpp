@@ -13,7 +13,7 @@ namespace {
 // Only a test that fails anyway waits this long.
 constexpr int patienceMs = 30'000;
 
-// The ports that the system gives to whoever asks for any, in this network.
+// The range of ephemeral ports, in this network namespace.
 const QString rangeFile = QStringLiteral("/proc/sys/net/ipv4/ip_local_port_range");
 
 bool givePorts(const QByteArray &range)
@@ -29,7 +29,7 @@ bool givePorts(int first, int last)
 
 } // namespace
 
-/// The client's end of the link where the system would give it the service's own port.
+/// The client's end of the connection where the system would give it the service's own port.
 class tst_OwnPort : public QObject
 {
     Q_OBJECT
@@ -64,19 +64,19 @@ void tst_OwnPort::clientIsNotItsOwnService()
     QVERIFY(givePorts(port, port));
     ipc::ServiceClient client{nullptr};
     auto *const socket = client.findChild<QTcpSocket *>();
-    const QSignalSpy links{&client, &ipc::ServiceClient::connectionChanged};
+    const QSignalSpy changes{&client, &ipc::ServiceClient::connectionChanged};
     const QSignalSpy connections{socket, &QTcpSocket::connected};
 
     client.connectToService();
     QTRY_COMPARE_WITH_TIMEOUT(connections.size(), 2, patienceMs);
-    QVERIFY(links.isEmpty());
+    QVERIFY(changes.isEmpty());
 
-    // Ports are left for both now.
+    // Now the client gets another port, and the service can listen.
     QVERIFY(givePorts(port + 1, port + 100));
     support::ScriptedService service;
     service.listen();
-    QTRY_COMPARE_WITH_TIMEOUT(links.size(), 1, patienceMs);
-    QVERIFY(links.first().first().toBool());
+    QTRY_COMPARE_WITH_TIMEOUT(changes.size(), 1, patienceMs);
+    QVERIFY(changes.first().first().toBool());
     QTRY_COMPARE_WITH_TIMEOUT(service.connected(), 1, patienceMs);
 }
 

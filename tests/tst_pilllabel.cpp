@@ -26,7 +26,7 @@ constexpr QChar ellipsis{0x2026};
 constexpr int lineLimit = 256;
 constexpr int toolTipLimit = 2000;
 
-/// As the pill of the main window is styled, in any font.
+/// The style sheet of the main window's pill, with any font.
 QString pillStyle(const QString &font = QStringLiteral("font-size: 12px;"))
 {
     return QStringLiteral("QLabel { background: rgba(255, 255, 255, 25); color: #C9CBE6;"
@@ -70,7 +70,7 @@ QWidget *toolTipWindow()
     return nullptr;
 }
 
-/// No half of a character without its other half.
+/// True if no surrogate is without its pair.
 bool isWellFormed(const QString &text)
 {
     return QString::fromUtf8(text.toUtf8()) == text;
@@ -311,7 +311,7 @@ void tst_PillLabel::followsItsWidth()
     const int needed = pill.sizeHint().width();
     pill.resize(needed, pill.height());
     QCOMPARE(pill.shownText(), text);
-    // What the system adds to a text for letters that lean over may be a pixel or two.
+    // The bearing of slanted letters may add a pixel or two to the width of a text.
     pill.resize(needed - pill.fontMetrics().averageCharWidth(), pill.height());
     QCOMPARE(pill.shownText().back(), ellipsis);
     pill.resize(needed, pill.height());
@@ -334,7 +334,7 @@ void tst_PillLabel::neverAsksForMuch()
 
 void tst_PillLabel::noHalfCharacters()
 {
-    // Pairs at even and at odd places, so that every cut comes between two halves once.
+    // Surrogate pairs at even and at odd places, so that every cut comes inside a pair once.
     for (int before = 0; before < 2; ++before) {
         const QString text = repeated("x", before) + repeated("\xf0\x9f\x94\x92", 3000);
         Pill wide{text, 20000};
@@ -387,7 +387,7 @@ void tst_PillLabel::toolTipHoldsMore()
     Pill pill{text};
     const QString tip = toolTipOf(pill);
     QVERIFY(toolTipWindow() != nullptr);
-    // A line break in place of a blank may be gone.
+    // The tool tip may have lost line breaks that replaced spaces.
     QCOMPARE(tip.simplified().remove(QLatin1Char{' '}), QString{text}.remove(QLatin1Char{' '}));
 }
 
@@ -422,7 +422,7 @@ void tst_PillLabel::toolTipRunsAsItBegins_data()
                                   << Qt::LeftToRight;
 }
 
-// Each of its lines, whatever that one begins with.
+// All lines of the tool tip have the direction of the text's beginning.
 void tst_PillLabel::toolTipRunsAsItBegins()
 {
     QFETCH(QString, text);
@@ -467,7 +467,7 @@ void tst_PillLabel::toolTipIsOnTheScreen()
 
 void tst_PillLabel::toolTipGoesWithTheLongText()
 {
-    // By itself a tool tip of this length stays for longer than anybody waits here.
+    // A tool tip of this length would stay for longer than this test waits.
     Pill pill{repeated("x", toolTipLimit)};
     QVERIFY(QTest::qWaitForWindowActive(&pill));
     QVERIFY(!toolTipOf(pill).isEmpty());
@@ -481,14 +481,14 @@ void tst_PillLabel::toolTipGoesWithItsText()
 {
     Pill pill{repeated("x", toolTipLimit)};
     QVERIFY(QTest::qWaitForWindowActive(&pill));
-    // The mouse may be there already, and nothing is told of a move to where it is.
+    // The mouse may be there already, and a move to the same place sends no event.
     QTest::mouseMove(&pill, QPoint{1, 1});
     QTest::mouseMove(&pill, pill.rect().center());
     QTRY_VERIFY(pill.underMouse());
     QVERIFY(!toolTipOf(pill).isEmpty());
     pill.announceChange(repeated("x", toolTipLimit));
     QVERIFY(QToolTip::isVisible());
-    // The mouse rests, and asks for nothing.
+    // The mouse rests, and no event asks for a tool tip.
     pill.announceChange(repeated("y", toolTipLimit));
     QVERIFY(support::waitFor([] { return !QToolTip::isVisible(); }));
 }
@@ -508,7 +508,7 @@ void tst_PillLabel::toolTipsOfOthersStay()
     QTRY_VERIFY(other.underMouse());
     QVERIFY(!toolTipOf(other).isEmpty());
     pill.announceChange(QStringLiteral("another"));
-    // What has to go goes after 300 ms; where the mouse rests another comes after 700.
+    // Qt hides a tool tip after 300 ms, and shows another where the mouse rests after 700.
     constexpr int goneByThenMs = 600;
     QVERIFY(!QTest::qWaitFor([] { return !QToolTip::isVisible(); }, goneByThenMs));
     QToolTip::hideText();

@@ -7,7 +7,7 @@ using Run = QtEnvironment::Run;
 
 Q_DECLARE_METATYPE(Run)
 
-/// On Linux; on Windows the whole program is tried on screens of several scales.
+/// For Linux; on Windows the test screenscale runs the whole program at several scales.
 class tst_QtEnvironment : public QObject
 {
     Q_OBJECT
@@ -70,7 +70,7 @@ void tst_QtEnvironment::noOpenGl()
         const QtEnvironment environment{Run::WithWindow};
         QTEST(qgetenv(variable), "during");
     }
-    // Programs that are started later inherit nothing of ours.
+    // Programs that are started later inherit none of our variables.
     QCOMPARE(qgetenv(variable), users);
 }
 

@@ -509,7 +509,7 @@ void tst_ReferralDialog::keyboardOrder()
     QStringList round = support::tabRound(dialog.get());
     QCOMPARE(round.size(), 3);
     QCOMPARE(round.takeLast(), QStringLiteral("code"));
-    // Which of the two stands first is the desktop's custom.
+    // The order of the two buttons depends on the desktop.
     round.sort();
     const QStringList expected{QStringLiteral("cancel"), QStringLiteral("save")};
     QCOMPARE(round, expected);

@@ -11,7 +11,7 @@ using ui::safeMarkup;
 
 namespace {
 
-/// Remembers what the toolkit asks for while it parses.
+/// Records the resources that Qt asks for while it parses.
 class Document : public QTextDocument
 {
 public:
@@ -103,7 +103,7 @@ void tst_SafeMarkup::changed_data()
     const auto row = [](const char *notice, const char *expected) {
         QTest::newRow(notice) << QString::fromUtf8(notice) << QString::fromUtf8(expected);
     };
-    // Signs that begin nothing.
+    // Signs that begin no element or entity.
     row("1 < 2", "1 &lt; 2");
     row("a <b", "a &lt;b");
     row("<Basic> <foo-bar> <a@b.c> <b@b.c> <http://e.com>",
@@ -111,7 +111,7 @@ void tst_SafeMarkup::changed_data()
     row("<> </> < b> <!-- x <? <1>", "&lt;> &lt;/> &lt; b> &lt;!-- x &lt;? &lt;1>");
     row("<p title='x>y", "&lt;p title='x>y");
     row("<<b>x", "&lt;<b>x");
-    // What is left out.
+    // Elements that are left out.
     row("a<!-- <b>c</b> -->d<!DOCTYPE html>e", "ade");
     row("a<style>b{}</style>c<SCRIPT src=x>d</SCRIPT >e<title >f</title>g", "aceg");
     row("<style>a", "a");
@@ -292,7 +292,8 @@ void tst_SafeMarkup::hostile_data()
     }
 }
 
-// Whatever it is: markup of ours, of bounded length and depth, for which nothing is asked.
+// Whatever the notice, the result is our own markup, of bounded length and depth, without
+// resources.
 void tst_SafeMarkup::hostile()
 {
     QFETCH(QString, notice);

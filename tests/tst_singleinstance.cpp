@@ -54,7 +54,7 @@ int boundChannel(const QString &folder)
     return bound ? fd : -1;
 }
 
-// As a later start sends it; false if nobody listens.
+// Sends a request as a later start does; false if nobody listens.
 bool send(const QByteArray &datagram,
           const QString &folder = loginFolder() + QStringLiteral("/ixovpn"))
 {
@@ -206,7 +206,7 @@ void tst_SingleInstance::laterStartBringsBackAMinimisedWindow()
     QVERIFY(window.isVisible());
 }
 
-// Hidden and shown again it would flicker, and some window managers would move it.
+// A window that is hidden and shown again would flicker, and some window managers would move it.
 void tst_SingleInstance::laterStartLeavesAVisibleWindowVisible()
 {
     SingleInstance first;
@@ -313,7 +313,7 @@ void tst_SingleInstance::staleChannelIsReplaced()
 {
     const QString folder = loginFolder() + QStringLiteral("/ixovpn");
     QVERIFY(QDir{}.mkpath(folder));
-    // What a killed client leaves behind, and worse: a folder cannot be a channel.
+    // A killed client leaves its socket behind; a plain file at its path is worse.
     for (const bool socketFile : {true, false}) {
         const QString channel = folder + QStringLiteral("/show");
         QFile::remove(channel);
@@ -376,7 +376,7 @@ void tst_SingleInstance::otherUsersReachNoChannel_data()
     QTest::newRow("in the shared folder") << true;
 }
 
-// The same command as the client's own user shows the window.
+// The same command, run by the client's own user, shows the window.
 void tst_SingleInstance::otherUsersReachNoChannel()
 {
     QFETCH(bool, shared);

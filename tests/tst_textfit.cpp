@@ -38,14 +38,14 @@
 
 namespace {
 
-/// How large a desktop shows things: everything, and letters once more.
+/// The scale of the desktop, and its dots per inch for fonts.
 struct View
 {
     const char *scale;
     const char *dotsPerInch;
 };
 
-// 96 dots per inch is the usual number, 144 a text size of 150 %.
+// 96 dots per inch is the default, 144 a text size of 150 %.
 constexpr std::array views{View{"1", "96"},    View{"1.25", "96"}, View{"1.5", "96"},
                            View{"2", "96"},    View{"3", "96"},    View{"1", "144"},
                            View{"1.5", "144"}, View{"3", "144"}};
@@ -128,7 +128,7 @@ bool isWhole(const QComboBox *combo)
 
 bool isWhole(const QLineEdit *edit)
 {
-    // What the toolkit leaves free at both ends of a line edit's contents.
+    // The margin that Qt leaves at both ends of a line edit's contents.
     constexpr int innerMargin = 2;
     QStyleOptionFrame option;
     option.initFrom(edit);
@@ -368,7 +368,7 @@ void tst_TextFit::settingsPage()
     combo->showPopup();
     QCoreApplication::processEvents();
     QVERIFY(combo->view()->isVisible());
-    // A row is as wide as the toolkit's menus would make it, the list as wide as the combo box.
+    // A row is as wide as Qt's menus would make it, the list as wide as the combo box.
     const QAbstractItemView *const list = combo->view();
     const int width = list->viewport()->width() - 2 * listMargin;
     for (int i = 0; i < combo->count(); ++i) {
@@ -427,7 +427,7 @@ void tst_TextFit::nothingWasForgotten()
     const auto row = [](const char *context, const char *source) {
         return Row{QLatin1String{context}, QLatin1String{source}};
     };
-    // Not shown anywhere, or shown in what the desktop makes as wide as it needs.
+    // Texts that are shown nowhere, or where the desktop makes as much room as they need.
     const QList<Row> elsewhere{
         row("MainWindow", "Exit"),
         row("MainWindow", "Settings"),
@@ -453,7 +453,7 @@ void tst_TextFit::nothingWasForgotten()
 
 #undef LOOK
 
-/// Without a scale the program runs itself once with each view.
+/// Without a scale in its environment, this test runs itself once with each view.
 int main(int argc, char *argv[])
 {
     if (qEnvironmentVariableIsSet(scaleVariable)) {

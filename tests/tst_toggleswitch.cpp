@@ -73,7 +73,7 @@ bool anythingRuns(const ToggleSwitch &toggle)
     });
 }
 
-/// Brings a switch to the end of its glides at once.
+/// Moves a switch's animations to their ends at once.
 void finishGlides(const ToggleSwitch &toggle)
 {
     thumbGlide(toggle)->setCurrentTime(thumbGlide(toggle)->duration());
@@ -247,7 +247,7 @@ void tst_ToggleSwitch::glidesArriveByThemselves()
     QTRY_VERIFY(!gliding(toggle));
     QCOMPARE(toggle.thumbPos(), 1.0);
     QCOMPARE(toggle.trackMix(), 1.0);
-    // They are kept for the next time.
+    // The animations are kept for the next change.
     QVERIFY(thumbGlide(toggle) != nullptr);
     QVERIFY(mixGlide(toggle) != nullptr);
     toggle.setState(State::Error);
@@ -316,7 +316,7 @@ void tst_ToggleSwitch::glidesStartWhereTheSwitchIs()
     QCOMPARE(toggle.trackMix(), mix);
     finishGlides(toggle);
 
-    // Also from a place that no state has.
+    // Also begins where no state has its thumb.
     toggle.setThumbPos(1.5);
     toggle.setTrackMix(-0.25);
     toggle.setState(State::Connecting);
@@ -436,7 +436,7 @@ void tst_ToggleSwitch::everyChangeRepaints()
     Watch watch{&toggle};
     for (const State next : {State::Error, State::Off, State::On, State::Connecting}) {
         toggle.setState(next);
-        // Whatever moves is held, so that only the change itself can repaint.
+        // Stops all animations, so that only the change itself can repaint.
         for (QAbstractAnimation *const animation : toggle.findChildren<QAbstractAnimation *>()) {
             animation->stop();
         }
@@ -454,7 +454,7 @@ void tst_ToggleSwitch::hoverRepaints()
     for (const QEvent::Type type : {QEvent::Enter, QEvent::Leave}) {
         QCoreApplication::processEvents();
         watch.paints = 0;
-        // By itself, without the hover events that repaint every widget.
+        // Sent alone, without the hover events that repaint every widget.
         QEvent crossing{type};
         QCoreApplication::sendEvent(&toggle, &crossing);
         QTRY_VERIFY(watch.paints > 0);
@@ -541,7 +541,7 @@ void tst_ToggleSwitch::statesFasterThanTheGlide()
     double last = 0.0;
     for (int round = 0; round < 40; ++round) {
         toggle.setState(allStates[(round * 3 + 1) % 5]);
-        // A change by itself moves nothing.
+        // The change of state itself moves nothing.
         jumps += qFuzzyCompare(1.0 + toggle.thumbPos(), 1.0 + last) ? 0 : 1;
         thumbGlide(toggle)->setCurrentTime(60);
         mixGlide(toggle)->setCurrentTime(60);
@@ -583,7 +583,7 @@ void tst_ToggleSwitch::nothingRunsAtRest()
     toggle.setState(state);
     QTRY_VERIFY(!gliding(toggle));
     QCOMPARE(anythingRuns(toggle), moves);
-    // The last frame of the glide, and the animations' own clock that stops behind it.
+    // Handles the last frame of the animation, and the stop of the timer that all animations share.
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
 

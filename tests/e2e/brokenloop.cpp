@@ -1,4 +1,4 @@
-// To be loaded into the client ahead of the toolkit: what it runs then meets a fatal message.
+// Preloaded into the client, replaces QApplication::exec() by one that ends in qFatal().
 
 #include <QApplication>
 

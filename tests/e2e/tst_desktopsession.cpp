@@ -31,7 +31,7 @@ private:
     static bool hides(ClientSession &session);
     static bool hidesIn(const TrayHost &host, ClientSession &session);
     static bool comesBackByIcon(ClientSession &session);
-    /// Waits until icons can come.
+    /// Waits until the tray accepts icons.
     static QProcess *startTrayer(ClientSession &session);
 };
 
@@ -42,7 +42,7 @@ bool tst_DesktopSession::hides(ClientSession &session)
            session.client->state() == QProcess::Running;
 }
 
-// A client that is started now.
+// Starts a client and hides its window.
 bool tst_DesktopSession::hidesIn(const TrayHost &host, ClientSession &session)
 {
     return session.startClient() && waitFor([&host] { return host.items().size() == 1; }) &&
@@ -97,7 +97,7 @@ void tst_DesktopSession::busTrayRestarted()
     QVERIFY(hides(session));
 }
 
-// Then only a second start could bring a hidden window back, so closing ends the program.
+// Without a tray only a second start could bring a hidden window back, so closing ends the client.
 void tst_DesktopSession::trayGoneForGood()
 {
     ClientSession session;
@@ -123,7 +123,7 @@ void tst_DesktopSession::logOut_data()
     QTest::newRow("window hidden in the tray") << true << true;
 }
 
-// A window that only hides when it is closed must not stand in the way of it.
+// A window that hides when it is closed must not hold up the log-out.
 void tst_DesktopSession::logOut()
 {
     QFETCH(bool, tray);

@@ -13,8 +13,8 @@ using support::ScriptedService;
 
 namespace {
 
-// A service of another user: it lets the first client in, prints what the client says up to its
-// question for the status, answers, and prints whatever else comes until the client is gone.
+// A service of another user: accepts the first client, prints its lines up to the status command,
+// answers, and prints whatever else arrives until the client is gone.
 constexpr char strangersService[] = R"(
 socket(L, AF_INET, SOCK_STREAM, 0) or die;
 setsockopt(L, SOL_SOCKET, SO_REUSEADDR, 1);
@@ -29,7 +29,7 @@ while (<C>) {
 
 } // namespace
 
-/// The real program beside others who mean it no good.
+/// The real program beside hostile users and in a hostile environment.
 class tst_Neighbours : public QObject
 {
     Q_OBJECT
@@ -70,8 +70,8 @@ std::unique_ptr<QProcess> tst_Neighbours::startClient() const
     return process;
 }
 
-// Who has the port is the service: language and referral code are all that it learns, and nothing
-// that it says makes the client say more.
+// Another user who takes the port learns only language and referral code, and nothing that he sends
+// makes the client send more.
 void tst_Neighbours::strangerOnThePort()
 {
     if (!support::otheruser::isPossible()) {
@@ -86,7 +86,7 @@ void tst_Neighbours::strangerOnThePort()
     QTRY_VERIFY_WITH_TIMEOUT(stranger.canReadLine(), 60'000);
     QCOMPARE(stranger.readLine(), QByteArray{"ready\n"});
     const std::unique_ptr<QProcess> client = startClient();
-    // The client closes its end once it has read to the end of the stranger's.
+    // The client closes the connection once it has read everything that the stranger sent.
     QTRY_COMPARE_WITH_TIMEOUT(stranger.state(), QProcess::NotRunning, 60'000);
     QCOMPARE(stranger.exitCode(), 0);
     QCOMPARE(stranger.readAll(), QByteArray{R"({"cmd":"set-lang","lang":"de"})"
@@ -111,7 +111,7 @@ void tst_Neighbours::oddSurroundings_data()
     QTest::newRow("no such input method") << QByteArray{"QT_IM_MODULE"} << QStringLiteral("none");
 }
 
-// Who sets these is the user, and may load what he likes. What makes no sense is passed over.
+// The user sets these variables, and may load what he likes. The client ignores nonsense.
 void tst_Neighbours::oddSurroundings()
 {
     QFETCH(QByteArray, variable);
@@ -137,7 +137,7 @@ void tst_Neighbours::oddSurroundings()
     client->waitForFinished(-1);
 }
 
-// Only a start without a display ends in order; what breaks later is for the developers to see.
+// Only a start without a display ends in order; a later qFatal() leaves a core dump for developers.
 void tst_Neighbours::fatalMessageLeavesACore()
 {
     environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(IXOVPN_BROKENLOOP));

@@ -88,7 +88,7 @@ void tst_OddSettings::storeThatCannotBeWritten_data()
         QTest::newRow(name) << stored << seal;
     };
     const QByteArray some = "language=de\nreferral_code=ABC123\n";
-    // The root of a world without other users cannot change the file system, only its mount.
+    // Root in a user namespace cannot remount the file system, only the bind mount.
     const QByteArray readOnly = "mount -o remount,bind,ro /tmp/sealed";
     const QByteArray full = "dd if=/dev/zero of=/tmp/sealed/ballast bs=4096; test $? -ne 0";
     row("read-only", some, readOnly);
@@ -97,7 +97,7 @@ void tst_OddSettings::storeThatCannotBeWritten_data()
     row("full disk, nothing stored", "", full);
 }
 
-// Whatever was chosen holds until the end, the service hears of it, and what was there stays.
+// A choice holds until the client ends, the service hears of it, and the file stays as it was.
 void tst_OddSettings::storeThatCannotBeWritten()
 {
     QFETCH(QByteArray, stored);
@@ -200,7 +200,7 @@ void tst_OddSettings::typesOfOtherPrograms()
     QCOMPARE(session.service.lines(),
              (QList{setLanguage("de"), setReferral("ABC123"), askStatus()}));
     QVERIFY(session.openPage(ClientSession::supportRow));
-    // Version, ID and code.
+    // The rows are version, ID and code.
     QCOMPARE(copyButtons(session.still(session.window)).size(), 3);
     QVERIFY(StoredSettings::ofClient().text().endsWith(own));
 }

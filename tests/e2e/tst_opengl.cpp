@@ -8,7 +8,7 @@ using support::clientProgram;
 using support::Desktop;
 using support::waitFor;
 
-/// What the program loads to show its window.
+/// Which libraries the program loads to show its window.
 class tst_OpenGl : public QObject
 {
     Q_OBJECT

@@ -43,8 +43,9 @@ bool tellsAfterAnotherStart(ClientSession &session, const QByteArray &line)
     return session.startLinkedClient() && session.hasReceived(line);
 }
 
-/// What a user sees of a language, one picture for each place; what keeps the language of the
-/// start is blackened. Ends on the main screen; a place that does not open ends the test run.
+/// What a user sees of a language, one screenshot for each page; the caption that keeps the
+/// language of the start is blackened. Ends on the main screen; a page that does not open ends the
+/// test run.
 QList<QImage> photograph(ClientSession &session)
 {
     const auto must = [](bool done) {
@@ -64,7 +65,7 @@ QList<QImage> photograph(ClientSession &session)
     must(session.use(ClientSession::backButton));
     const Window dialog = session.openReferral();
     must(dialog != 0);
-    // The blinking mark in the field would make two pictures of one.
+    // The blinking cursor in the field would make screenshots differ.
     session.pressKey(QStringLiteral("Tab"));
     album += session.still(dialog);
     must(session.closeDialog(dialog));
@@ -126,7 +127,7 @@ void tst_Pages::init()
     StoredSettings::ofService().forget();
 }
 
-// A window that was switched looks like one that was started so, wherever one goes in it.
+// After a change of language, every page looks as if the client had been started in that language.
 void tst_Pages::language()
 {
     constexpr int russian = 1;
@@ -255,7 +256,7 @@ void tst_Pages::supportRows()
 
 void tst_Pages::supportCopies()
 {
-    // The longest that is usual: it cannot be shown whole.
+    // The longest usual ID, which the page cannot show whole.
     const QByteArray id = QByteArrayLiteral("0f8fad5b-d9cb-469f-a165-70867728950e");
     StoredSettings::ofService().fill("client_id=" + id + '\n');
     StoredSettings::ofClient().fill("referral_code=ABC123\n");
@@ -269,7 +270,7 @@ void tst_Pages::supportCopies()
     for (int i = 0; i < values.size(); ++i) {
         session.click(session.at(buttons.at(i)));
         QVERIFY2(session.pastes(values.at(i)), values.at(i).constData());
-        // Now it says that it has copied.
+        // The button shows "Copied!" now.
         session.click(session.at(buttons.at(i)));
         QVERIFY2(session.pastes(values.at(i)), values.at(i).constData());
     }
@@ -282,8 +283,8 @@ void tst_Pages::supportLink_data()
     QTest::newRow("keyboard") << true;
 }
 
-// In the place of the command that opens addresses stands one that only writes them down, and what
-// the toolkit of the program that shows them would be told.
+// A stand-in for xdg-open only records the URL, and the QT_* variables that a Qt browser would
+// inherit.
 void tst_Pages::supportLink()
 {
     QFETCH(bool, byKeyboard);

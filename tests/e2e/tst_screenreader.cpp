@@ -112,7 +112,7 @@ private:
     /// In the active window's coordinates.
     void click(const QPoint &position) const;
     Thing find(const QString &role, const QString &name = {}) const;
-    /// Waits for the thing and makes it act.
+    /// Waits for the accessible object and does its action.
     [[nodiscard]] bool act(const QString &role, const QString &name, const QString &action) const;
     [[nodiscard]] bool pressButton(const QString &name) const;
     /// Waits until exactly this can be read, in the main window or from another window of this
@@ -271,7 +271,7 @@ void tst_ScreenReader::everyPlace_data()
     }
 }
 
-// What they say in each language is for the tests of the catalogues.
+// tst_catalogues checks the translations themselves.
 void tst_ScreenReader::everyPlace()
 {
     QFETCH(QString, tag);
@@ -358,7 +358,7 @@ void tst_ScreenReader::languageSwitch()
     QVERIFY(hears(control(QStringLiteral("name: push button"), german.menu())));
     QVERIFY(
         hears(control(QStringLiteral("name: label"), QStringLiteral("Tippen Sie zum Verbinden"))));
-    // Not first what it was in the old language.
+    // The old text must not be announced before the new one.
     QCOMPARE(reader->heard().count(QStringLiteral("description: check box \"IXOVPN\"")), 1);
 }
 
@@ -388,7 +388,7 @@ void tst_ScreenReader::switchFollowsTheService()
     QFETCH(QString, description);
     QFETCH(QStringList, states);
     startClient();
-    // From another state than the one that it begins in.
+    // Begins in a state other than the one under test.
     service->sendLine(line == "status: running" ? "status: connecting" : "status: running");
     const Thing toggle = find(checkBox);
     QVERIFY(toggle != nullptr);
@@ -422,7 +422,7 @@ void tst_ScreenReader::changesAreAnnounced()
     QVERIFY(hears(QStringLiteral("showing: notification \"Tunnel up\"")));
     reader->forget();
 
-    // The same once more is no news.
+    // A status that does not change is not announced.
     service->sendLine("status: running");
     service->sendLine("error: no route to the gateway");
     QVERIFY(hears(QStringLiteral("showing: notification \"no route to the gateway\"")));
@@ -467,7 +467,8 @@ void tst_ScreenReader::actionIsAClick()
         use();
         QVERIFY(receives(connectLine));
 
-        // While it is busy nothing comes of it; the last press is the proof that it had its turn.
+        // While the switch is busy the action does nothing; the last one proves that the program
+        // had handled it.
         use();
         service->sendLine("status: running");
         QVERIFY(
@@ -485,7 +486,7 @@ void tst_ScreenReader::actionWithoutAService()
     service->stop();
     const QString answer = QStringLiteral("showing: notification \"Service is not running\"");
     QVERIFY(hears(answer));
-    // Whoever asks is told, every time.
+    // Each press gets its answer, also when it is the same.
     for (int i = 0; i < 2; ++i) {
         reader->forget();
         QVERIFY(act(checkBox, QStringLiteral("IXOVPN"), toggleAction));
@@ -501,7 +502,7 @@ void tst_ScreenReader::actionReachesNothingCovered()
     int question = 0;
     const auto nothingComesOfIt = [&] {
         const bool acted = reader->act(toggle, toggleAction);
-        // Once the program has dealt with this, anything it had to say before has been sent.
+        // The answer to this line comes after every announcement that was due before.
         service->sendLine("config-bytes: " + QByteArray::number(++question));
         const bool answered = waitFor(
             [&] { return reader->name(pill) == QStringLiteral("Config %1 bytes").arg(question); });
@@ -540,7 +541,7 @@ void tst_ScreenReader::menuHidesTheScreen()
     const Thing exitRow = find(button, QStringLiteral("Exit"));
     reader->forget();
 
-    // Beside the panel.
+    // A click beside the panel closes the menu.
     click({340, 300});
     QVERIFY(waitFor([&] { return reader->isShowing(toggle); }));
     QVERIFY(!reader->isShowing(exitRow));
@@ -563,7 +564,7 @@ void tst_ScreenReader::pagesHideTheScreen()
         QVERIFY(waitFor([&] { return find(button, part) != nullptr; }));
         QVERIFY(!reader->isShowing(toggle));
         const Thing shown = find(button, part);
-        // News from the service changes what lies beneath, and does not bring it out.
+        // A status changes the covered switch and does not make it showing.
         service->sendLine("status: running");
         QVERIFY(
             waitFor([&] { return reader->description(toggle) == QStringLiteral("Connected"); }));
@@ -641,7 +642,7 @@ void tst_ScreenReader::noticeDialog()
     QVERIFY(waitFor([&] { return find(dialog) == nullptr; }));
 }
 
-// What was copied is pasted where it can be read again.
+// Pastes the copied text into a field that the screen reader can read.
 void tst_ScreenReader::copyButtons()
 {
     startClient();
@@ -667,7 +668,7 @@ void tst_ScreenReader::copyButtons()
 
 void tst_ScreenReader::supportLink()
 {
-    // Stands in for the browser.
+    // A stand-in for the browser.
     const QDir tools{QDir::homePath() + QStringLiteral("/bin")};
     QVERIFY(QDir::root().mkpath(tools.path()));
     QFile opener{tools.filePath(QStringLiteral("xdg-open"))};

@@ -59,7 +59,7 @@ bool isRunning(const QProcess &process)
     return process.state() == QProcess::Running;
 }
 
-// Where the first client has its lock and hears of others: no variable moves it.
+// The folder of the lock and socket of the first client: no variable moves it.
 QByteArray place()
 {
     const QByteArray user = QByteArray::number(geteuid());
@@ -67,7 +67,7 @@ QByteArray place()
     return access(login.constData(), W_OK) == 0 ? login + "/ixovpn" : "/tmp/ixovpn-" + user;
 }
 
-// As many requests as the system keeps for somebody who does not read.
+// Fills the socket's queue with requests, and returns their number.
 int fillChannel()
 {
     const int channel = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
@@ -142,12 +142,12 @@ private Q_SLOTS:
 
 private:
     static bool takesTheService(QTcpServer &service);
-    /// The first client, when its link is up; null if that does not come.
+    /// The first client, once it has connected; null if it does not.
     QProcess *startFirst(QTcpServer &service,
                          const QProcessEnvironment &environment = withoutDisplay());
-    /// Without a chance to put anything in order.
+    /// With SIGKILL.
     void kill(QProcess *first);
-    /// With nothing on it.
+    /// A desktop without programs.
     Desktop &desktopOf(WindowManager manager);
 
     Programs programs;
@@ -175,8 +175,8 @@ QProcess *tst_SecondStart::startFirst(QTcpServer &service, const QProcessEnviron
 {
     programs.environment = environment;
     QProcess *const first = programs.start(clientProgram());
-    const bool linked = waitFor([&service] { return service.hasPendingConnections(); });
-    return linked ? first : nullptr;
+    const bool connected = waitFor([&service] { return service.hasPendingConnections(); });
+    return connected ? first : nullptr;
 }
 
 void tst_SecondStart::kill(QProcess *first)
@@ -186,7 +186,7 @@ void tst_SecondStart::kill(QProcess *first)
     programs.stop(first);
 }
 
-// The link comes up only from an interactive client, and begins with its window.
+// Only a client with a window connects to the service.
 bool tst_SecondStart::takesTheService(QTcpServer &service)
 {
     return service.listen(QHostAddress::LocalHost, servicePort);
@@ -246,7 +246,7 @@ void tst_SecondStart::startAfterOrderlyEnd()
 
 void tst_SecondStart::firstStillStarting()
 {
-    // The place is held, but there is nobody yet to hear a request.
+    // Holds the lock without a socket, as a first client that is still starting.
     const QByteArray folder = place();
     mkdir(folder.constData(), 0700);
     const int held = open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -321,7 +321,7 @@ void tst_SecondStart::noPlaceToHold()
     const QProcess *const client = programs.start(
         QStringLiteral("unshare"),
         {QStringLiteral("--mount"), QStringLiteral("sh"), QStringLiteral("-ec"),
-         // What lies below must stay: perhaps the program itself.
+         // What is mounted below /tmp must stay: perhaps the build folder with the program.
          QStringLiteral("mount -t tmpfs -o ro none /run; mount --rbind /tmp /tmp; "
                         "mount -o remount,bind,ro /tmp; ! mkdir /tmp/any 2>&-; exec \"$0\""),
          clientProgram()});
@@ -365,10 +365,10 @@ void tst_SecondStart::unreadableSettings()
     QVERIFY(takesTheService(service));
     const QProcess *const client = startFirst(service);
     QVERIFY(client != nullptr);
-    QTcpSocket *const link = service.nextPendingConnection();
+    QTcpSocket *const connection = service.nextPendingConnection();
     QByteArray said;
     QVERIFY(waitFor([&] {
-        said += link->readAll();
+        said += connection->readAll();
         return said.contains("{\"cmd\":\"status\"}\n");
     }));
     QVERIFY(isRunning(*client));
@@ -385,13 +385,13 @@ void tst_SecondStart::selfTestOptionAsLastArgumentSkipsTheCheck()
     delete service.nextPendingConnection();
 
     const QProcess *const second = programs.start(clientProgram(), {QStringLiteral("--test-i18n")});
-    // The first one makes its link again, too; both are there once two links are up.
-    std::vector<std::unique_ptr<QTcpSocket>> links;
+    // The first client reconnects, too: with two connections both clients are there.
+    std::vector<std::unique_ptr<QTcpSocket>> connections;
     QVERIFY(waitFor([&] {
         while (service.hasPendingConnections()) {
-            links.emplace_back(service.nextPendingConnection());
+            connections.emplace_back(service.nextPendingConnection());
         }
-        return links.size() == 2;
+        return connections.size() == 2;
     }));
     QVERIFY(isRunning(*first));
     QVERIFY(isRunning(*second));
@@ -495,8 +495,8 @@ void tst_SecondStart::bringsTheDialogToTheFront()
     Desktop &desktop = desktopOf(manager);
     desktop.start(clientProgram());
     QVERIFY(waitFor([&service] { return service.hasPendingConnections(); }));
-    QTcpSocket *const link = service.nextPendingConnection();
-    link->write("notice: Maintenance tonight\n");
+    QTcpSocket *const connection = service.nextPendingConnection();
+    connection->write("notice: Maintenance tonight\n");
     const QString noticeTitle = QStringLiteral("Notice");
     QVERIFY(waitFor([&] { return desktop.visibleWindows(noticeTitle).size() == 1; }));
     const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
@@ -523,7 +523,7 @@ void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
         seen += watcher->readAllStandardOutput();
         return seen.contains(what);
     };
-    // Proof that the watcher watches.
+    // Waits until xev reports changes of properties.
     QVERIFY(waitFor([&] {
         desktop.run(QStringLiteral("xsetroot"), {QStringLiteral("-name"), QStringLiteral("here")});
         return sees("PropertyNotify");
@@ -531,7 +531,7 @@ void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
     QCOMPARE(desktop.run(clientProgram()).exitCode, 0);
     QVERIFY(!sees("_NET_STARTUP_INFO_BEGIN"));
 
-    // With this one, the byte that ends the announcement has a message of its own: the third.
+    // With an ID of this length, the byte that ends the announcement needs a third message.
     desktop.setVariable(QStringLiteral("DESKTOP_STARTUP_ID"),
                         QStringLiteral("launcher/client/7-0_TIME424"));
     QCOMPARE(desktop.run(clientProgram()).exitCode, 0);

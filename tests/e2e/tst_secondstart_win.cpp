@@ -136,7 +136,7 @@ private:
                 return DBG_CONTINUE;
             }
         }
-        // The first one comes by itself, when the libraries are loaded.
+        // Windows raises the first breakpoint itself, once the libraries are loaded.
         for (Stop &stop : stops) {
             ReadProcessMemory(process, stop.place, &stop.covered, 1, nullptr);
             put(stop.place, breakpoint);
@@ -223,7 +223,7 @@ void tst_SecondStart::mutexOfAnotherProgram()
     QCOMPARE(service.accepted(), 0);
 }
 
-// A name that is another kind of object's leaves no handle at all.
+// CreateMutex fails without a handle if an object of another type has the name.
 void tst_SecondStart::mutexThatCannotBeMade()
 {
     const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, mutexName);
@@ -315,7 +315,7 @@ void tst_SecondStart::otherMessagesDoNothing()
           static_cast<UINT>(WM_USER), static_cast<UINT>(WM_NULL)}) {
         QVERIFY(PostMessageA(client.window(), message, 0, 0));
     }
-    // Answered only after what was posted before it.
+    // WM_NULL is answered only after the messages that were posted before it.
     DWORD_PTR ignored = 0;
     for (int i = 0; i < 10; ++i) {
         QVERIFY(SendMessageTimeoutW(client.window(), WM_NULL, 0, 0, SMTO_NORMAL, 60000, &ignored));

@@ -25,7 +25,7 @@ const QString defaultOutput = QStringLiteral("i18n-test.out");
 
 constexpr int cannotWrite = 2;
 
-// Makes this program say which encoding the toolkit takes for the locale's.
+// Makes this test print Qt's codec for the locale.
 constexpr char codecQuestion[] = "--name-codec";
 
 QByteArray report(const char *locale, const char *connected, const char *disconnected)
@@ -52,8 +52,8 @@ private Q_SLOTS:
     void linkAtItsPlace();
     void unwritablePlace_data();
     void unwritablePlace();
-    void encodingIsTheToolkitsForTheLocale_data();
-    void encodingIsTheToolkitsForTheLocale();
+    void encodingIsQtsForTheLocale_data();
+    void encodingIsQtsForTheLocale();
     void storedLanguageComesFirst();
     void settingsStayUntouched();
     void otherWordsDoNotSelectIt_data();
@@ -77,7 +77,7 @@ private:
 
     std::unique_ptr<QProcess> start(const QStringList &arguments) const;
     Ended run(const QStringList &arguments) const;
-    // A run that goes to the service, and so is no short one, is ended.
+    // Kills a run that connects to the service, and so is no self-test.
     Ended runBeside(const support::ScriptedService &service, const QStringList &arguments) const;
     QString path(const QString &name) const { return place->filePath(name); }
     void store(const QByteArray &settings) const;
@@ -236,7 +236,7 @@ void tst_SelfTest::olderFileIsReplaced()
     QCOMPARE(contents(path(defaultOutput)), report("de_DE", "Verbunden", "Getrennt"));
 }
 
-// A link is followed, as by every program that is told where to write.
+// The self-test follows a symbolic link, as every program does that is told where to write.
 void tst_SelfTest::linkAtItsPlace()
 {
     QFile target{path(QStringLiteral("target"))};
@@ -283,7 +283,7 @@ void tst_SelfTest::unwritablePlace()
     QVERIFY(QDir{path(defaultOutput)}.isEmpty());
 }
 
-void tst_SelfTest::encodingIsTheToolkitsForTheLocale_data()
+void tst_SelfTest::encodingIsQtsForTheLocale_data()
 {
     QTest::addColumn<QString>("environmentLocale");
     QTest::addColumn<QString>("locale");
@@ -302,7 +302,7 @@ void tst_SelfTest::encodingIsTheToolkitsForTheLocale_data()
     }
 }
 
-void tst_SelfTest::encodingIsTheToolkitsForTheLocale()
+void tst_SelfTest::encodingIsQtsForTheLocale()
 {
     QFETCH(QString, environmentLocale);
     QFETCH(QString, locale);
@@ -468,7 +468,7 @@ void tst_SelfTest::manyAtOnce()
     }
     for (int i = 0; i < count; ++i) {
         QProcess &process = *runs.at(static_cast<std::size_t>(i));
-        // A process that ended while another was waited for has nothing more to say.
+        // waitForFinished() would wait in vain for a process that has ended meanwhile.
         if (process.state() != QProcess::NotRunning) {
             process.waitForFinished(-1);
         }

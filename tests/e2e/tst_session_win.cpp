@@ -177,7 +177,7 @@ void tst_Session::switchTalksToTheService()
     QVERIFY(greeted());
     service->clear();
     QVERIFY(client.comesToRest());
-    // On its way to the other side, the switch does nothing.
+    // The switch ignores clicks during its animation.
     const auto pressedUntil = [&](const QByteArray &line) {
         return waitFor([&] {
             client.click(theSwitch);
@@ -198,7 +198,7 @@ void tst_Session::closingHidesToTheTray()
     client.close();
     QVERIFY(waitFor([&] { return !client.isShown(); }));
     QVERIFY(client.isRunning());
-    // The link lives on, unseen.
+    // The client reconnects although its window is hidden.
     service->clear();
     service->reset();
     QVERIFY(greeted());

@@ -21,13 +21,13 @@ namespace {
 
 /// How a desktop shows other programs' icons.
 enum class Host {
-    /// Embedded windows, without any session bus.
+    /// XEmbed, without a session bus.
     XEmbed,
-    /// Icons described over the session bus.
+    /// StatusNotifierItem, over the session bus.
     StatusNotifier
 };
 
-// Both hosts are told to lie here.
+// Both trays are placed here.
 constexpr QRect trayArea{0, 0, 380, 40};
 
 /// A desktop with a tray.
@@ -50,11 +50,11 @@ public:
         keepAll();
     }
 
-    /// Starts the client and waits until it is linked and has its icon.
+    /// Starts the client and waits until it is connected and has its icon.
     void startClient()
     {
         service.listen();
-        // Another one's is still there.
+        // The icon of an earlier client may still be there.
         const auto isEmpty = [this] {
             return support::orange(screenshot().copy(trayArea)).isNull();
         };
@@ -164,7 +164,7 @@ void tst_Tray::verifyQuietEnd(QProcess *client)
 {
     QVERIFY(waitFor([client] { return client->state() == QProcess::NotRunning; }));
     QCOMPARE(client->readAllStandardOutput(), QByteArray{});
-    // The toolkit sometimes asks for a frame that the window manager has just taken away.
+    // Qt sometimes asks for a frame that the window manager has just destroyed.
     QByteArrayList errors = client->readAllStandardError().split('\n');
     errors.erase(std::remove_if(errors.begin(), errors.end(),
                                 [](const QByteArray &line) {
@@ -196,7 +196,7 @@ void tst_Tray::toolTipOverBus()
     QVERIFY(shows(u"IXOVPN \u00e2\u20ac\u201d Service is not running"));
 }
 
-// The text cannot be read there, but each has its own picture.
+// The text of an XEmbed icon's tool tip cannot be read, but each text has its own size.
 void tst_Tray::toolTipUnderMouse()
 {
     TrayDesktop &desktop = desktopOf(Host::XEmbed);
@@ -207,7 +207,7 @@ void tst_Tray::toolTipUnderMouse()
         waitFor([&] { return desktop.popup() == 0; });
         desktop.moveMouse(desktop.icon());
         waitFor([&] {
-            // The mouse must move a little before the toolkit believes that it stays.
+            // Qt shows a tool tip only after the mouse has moved over the icon.
             desktop.moveMouse(desktop.icon() + QPoint{1, 0});
             tip = desktop.popup();
             return tip != 0;
@@ -309,7 +309,7 @@ void tst_Tray::otherButtonsDoNot()
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
     desktop.click(desktop.icon(), 2);
     desktop.click(desktop.icon(), 3);
-    // The menu comes after what a click of the middle button would have done.
+    // Once the menu is open, the click of the middle button has been handled.
     QVERIFY(waitFor([&] { return desktop.popup() != 0; }));
     QVERIFY(!desktop.isShown());
 }
@@ -429,7 +429,7 @@ void tst_Tray::trayThatComesLate()
     desktop.start(QStringLiteral("trayer"));
     QVERIFY(waitFor([&] { return !desktop.windows(QStringLiteral("panel")).isEmpty(); }));
 
-    // There is a tray now, but no icon of ours in it: a hidden window could not be reached.
+    // The client has no icon in a tray that came late: a hidden window could not be reached.
     desktop.close(desktop.visibleWindows(clientTitle()).first());
     verifyQuietEnd(client);
 }

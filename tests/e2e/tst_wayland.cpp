@@ -114,7 +114,7 @@ void tst_Wayland::secondStartBringsTheWindowToTheFront()
     sway.focus(sway.windows(other).first());
     QVERIFY(waitFor([&] { return !sway.windows(clientTitle()).value(0).focused; }));
 
-    // The program may still believe that it has the keyboard, and then does nothing.
+    // The client may still believe that it has the focus, and then does nothing.
     QVERIFY(waitFor([&] {
         const int exitCode = sway.programs.run(clientProgram()).exitCode;
         const QList<Sway::Window> windows = sway.windows(clientTitle());
@@ -136,7 +136,7 @@ void tst_Wayland::secondStartKeepsADialogOpen()
     sway.focus(sway.windows(clientTitle()).first());
 
     QCOMPARE(sway.programs.run(clientProgram()).exitCode, 0);
-    // What it brought about precedes the answer to this.
+    // The client handles the second start before these lines.
     service.sendLine("status: running");
     service.sendLine("notice: two");
     QVERIFY(waitFor([&] { return sway.windows(clientTitle()).size() == 1; }));

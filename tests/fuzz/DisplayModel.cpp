@@ -18,17 +18,17 @@ void DisplayModel::show(State newState, const char *newStatus, const QString &ne
     }
 }
 
-void DisplayModel::linkUp()
+void DisplayModel::connectionUp()
 {
-    linked = true;
+    connected = true;
     pill = shown("Service connected");
     sent << R"({"cmd":"set-lang","lang":")" + language.toUtf8() + "\"}"
          << R"({"cmd":"status"})";
 }
 
-void DisplayModel::linkDown()
+void DisplayModel::connectionDown()
 {
-    linked = false;
+    connected = false;
     partial.clear();
     show(State::Off, "Disconnected", shown("Service is not running"));
 }
@@ -101,7 +101,7 @@ int DisplayModel::statusWord(const QString &word)
 
 void DisplayModel::click()
 {
-    if (!linked) {
+    if (!connected) {
         pill = shown("Service is not running");
     } else if (state == State::Off || state == State::Error) {
         show(State::Connecting, "Connecting…");
@@ -115,7 +115,7 @@ void DisplayModel::click()
 void DisplayModel::languageChosen(const QString &tag)
 {
     language = tag;
-    if (!linked) {
+    if (!connected) {
         show(state, "Disconnected", shown("Service is not running"));
         return;
     }

@@ -9,15 +9,15 @@
 
 namespace fuzz {
 
-/// What the main screen has to show, and the link to carry, worked out anew and plainly: line by
-/// line, with nothing put off. Shares no code with the window but the catalogues.
+/// A model of what the main screen has to show and the connection to carry, which takes each line
+/// at once and puts nothing off. Shares no code with the window but the catalogues.
 class DisplayModel
 {
 public:
     using State = ui::ToggleSwitch::State;
 
-    void linkUp();
-    void linkDown();
+    void connectionUp();
+    void connectionDown();
     /// Bytes as the service writes them, in any portions.
     void receive(const QByteArray &bytes);
     void click();
@@ -28,16 +28,16 @@ public:
     QString status = shown("Disconnected");
     QString pill = shown("Waiting for service…");
     QString language = QStringLiteral("en");
-    bool linked = false;
+    bool connected = false;
 
-    /// How many whole lines have come, over all links.
+    /// How many whole lines have come, over all connections.
     qint64 lines = 0;
     /// Every notice since forgetNotices(), in order.
     QStringList notices;
-    /// What the client has to have sent, over all links, line by line.
+    /// What the client has to have sent, over all connections, line by line.
     QList<QByteArray> sent;
 
-    /// What kind of line was the last one, and the one before: numbers below lineKinds.
+    /// The kinds of the last line and of the one before, as numbers below lineKinds.
     static constexpr int lineKinds = 16;
     int lastKind = 0;
     int kindBefore = 0;

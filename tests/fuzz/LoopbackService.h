@@ -5,7 +5,7 @@
 
 namespace fuzz {
 
-/// The other end of the client's link, in the same process and without an event loop: what is
+/// The other end of the client's connection, in the same process and without an event loop: what is
 /// written has arrived, and what has arrived is read, at once.
 class LoopbackService
 {

@@ -1,5 +1,5 @@
-// What stands on disk: the two stores of settings and what is read from them, and the channel on
-// which later starts ask for the window.
+// Fuzzes the two files of settings with all that reads them, and the socket on which later starts
+// ask for the window.
 //
 // An input is cut at record separators (0x1e): the client's store, the service's store, and from
 // then on one datagram each.
@@ -44,10 +44,11 @@ namespace {
 
 constexpr std::size_t longestInput = 4096;
 constexpr char mark = '\x1e';
-// The kernel keeps no more for a reader that has not had its turn.
+// The kernel queues no more datagrams for a reader that has not read yet.
 constexpr int mostDatagrams = 8;
 
-/// A store that an input fills. The toolkit reads it again only if its time or size has changed.
+/// A file of settings that an input fills. QSettings reads it again only if its time or size has
+/// changed.
 class Store
 {
 public:
@@ -101,7 +102,7 @@ private:
     Store service{store(QSettings::SystemScope, "IxoService")};
 };
 
-/// The place of the one instance, its window, and a later start that says what it likes.
+/// The one instance, its window, and a later start that sends any datagrams.
 class Channel
 {
 public:
@@ -146,7 +147,7 @@ private:
     int sender = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
 };
 
-/// Some of the types that begin so end the program, which is known.
+/// True if a value may name a Qt type: some of them end the program, which is known.
 bool mayNameAType(const QByteArray &store)
 {
     static const QRegularExpression at{QStringLiteral(R"(@|\\x[0-9a-f]*40|\\[0-7]*100)"),

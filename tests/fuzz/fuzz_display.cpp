@@ -1,5 +1,5 @@
-// From bytes on the socket to the display: the real window, its real link and its notices, beside
-// a plain model of what they have to show.
+// Fuzzes the way from bytes on the socket to the display: the real window, its real connection and
+// its notices, beside a model of what they have to show.
 //
 // An input is what the service writes. A record separator (0x1e) and one letter in it are not
 // written but done:
@@ -70,7 +70,7 @@ void inspect(ui::NoticeDialog &dialog, const QString &text)
     dialog.grab();
 }
 
-/// Plays one input, step by step, in whatever event loop is running: a notice runs its own.
+/// Plays one input, step by step, in whichever event loop is running: a notice runs its own.
 class Player
 {
 public:
@@ -85,7 +85,7 @@ private:
     void check();
     void act(char letter);
     void write(const QByteArray &bytes);
-    void connectLink();
+    void connectClient();
     void click();
     void chooseLanguage(const QString &tag);
     bool closeDialog();
@@ -100,7 +100,7 @@ private:
     qint64 linesSeen = 0;
     int noticesClosed = 0;
     bool inspected = false;
-    bool linkSeen = false;
+    bool connectionSeen = false;
     bool languageTouched = false;
     enum class Phase { Script, Dialogs, LastLine, LastLoss, Done } phase = Phase::Done;
 };
@@ -118,17 +118,18 @@ void Player::makeWindow()
     QSettings{}.clear();
     model = DisplayModel{};
     linesSeen = 0;
-    linkSeen = false;
+    connectionSeen = false;
     languageTouched = false;
     window = std::make_unique<MainWindow>();
     window->show();
     client = window->findChild<ipc::ServiceClient *>();
     QObject::connect(client, &ipc::ServiceClient::messageReceived, window.get(),
                      [this] { ++linesSeen; });
-    // Both are after the window's own receivers.
+    // Both connections are made after the window's own, and so are called after its slots.
     QObject::connect(client, &ipc::ServiceClient::connectionChanged, window.get(),
-                     [this](bool connected) { linkSeen = connected; });
-    // The window begins to connect by itself; every input begins without a link, after "stopped".
+                     [this](bool connected) { connectionSeen = connected; });
+    // The window begins to connect by itself; every input begins without a connection, after
+    // "stopped".
     play("status: stopped\n");
 }
 
@@ -143,7 +144,7 @@ void Player::play(const QByteArray &input)
     inspected = false;
     model.notices.clear();
     phase = Phase::Script;
-    connectLink();
+    connectClient();
     clock.start(0);
     while (phase != Phase::Done) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -155,18 +156,19 @@ bool Player::isQuiet() const
     const bool noticeWanted = noticesClosed < model.notices.size();
     const bool noticeOpen =
         qobject_cast<ui::NoticeDialog *>(QApplication::activeModalWidget()) != nullptr;
-    // The line that opened the notice has not got past the window yet.
+    // The slot that counts lines has not been called yet for the line that opened the notice.
     const qint64 linesTaken = linesSeen + (noticeOpen ? 1 : 0);
-    return linkSeen == model.linked && linesTaken == model.lines && noticeWanted == noticeOpen;
+    return connectionSeen == model.connected && linesTaken == model.lines &&
+           noticeWanted == noticeOpen;
 }
 
 void Player::step()
 {
     clock.start(0);
-    // On a slow machine the client may be back before the script wants it to be.
-    if (!model.linked && service.isCalled()) {
+    // On a slow machine the client may reconnect before the script makes it.
+    if (!model.connected && service.isCalled()) {
         service.accept();
-        model.linkUp();
+        model.connectionUp();
     }
     if (!isQuiet()) {
         return;
@@ -192,8 +194,8 @@ void Player::step()
         }
         break;
     case Phase::LastLine:
-        if (!model.linked) {
-            connectLink();
+        if (!model.connected) {
+            connectClient();
         }
         write("\nstatus: stopped\n");
         phase = Phase::LastLoss;
@@ -203,9 +205,9 @@ void Player::step()
         if (closeDialog()) {
             break;
         }
-        if (model.linked) {
+        if (model.connected) {
             service.close();
-            model.linkDown();
+            model.connectionDown();
         } else {
             clock.stop();
             phase = Phase::Done;
@@ -224,9 +226,10 @@ void Player::check()
     requireEqual(name(toggle->state()), name(model.state), "the switch");
     requireEqual(status->text(), model.status, "the status");
     requireEqual(pill->text(), model.pill, "the pill");
-    require(model.linked || toggle->state() != DisplayModel::State::On, "on without a link");
+    require(model.connected || toggle->state() != DisplayModel::State::On,
+            "on without a connection");
 
-    if (model.linked) {
+    if (model.connected) {
         const QList<QByteArray> lines = service.takeLines();
         for (const QByteArray &line : lines) {
             require(!model.sent.isEmpty(), "sent unasked:", QString::fromUtf8(line));
@@ -257,14 +260,14 @@ void Player::act(char letter)
         break;
     case 'l':
     case 'r':
-        if (model.linked) {
+        if (model.connected) {
             letter == 'l' ? service.close() : service.reset();
-            model.linkDown();
+            model.connectionDown();
         }
         break;
     case 'u':
-        if (!model.linked) {
-            connectLink();
+        if (!model.connected) {
+            connectClient();
         }
         break;
     case 'd':
@@ -305,17 +308,17 @@ void Player::act(char letter)
 
 void Player::write(const QByteArray &bytes)
 {
-    if (model.linked) {
+    if (model.connected) {
         service.write(bytes);
         model.receive(bytes);
     }
 }
 
-void Player::connectLink()
+void Player::connectClient()
 {
     client->connectToService();
     service.accept();
-    model.linkUp();
+    model.connectionUp();
 }
 
 void Player::click()
@@ -347,8 +350,8 @@ bool Player::closeDialog()
     return true;
 }
 
-// Made with the first input: a process that merges what others have run never has one, and must
-// leave the port to them.
+// Made with the first input: the parent process of -merge runs no input, and must leave the port to
+// its children.
 Player &player()
 {
     static auto *const one = new Player;

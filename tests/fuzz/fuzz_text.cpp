@@ -1,5 +1,5 @@
-// What the service says, up to the markup of a notice, without a window: lines, messages, states
-// and notices. Every line is tried as a notice too.
+// Fuzzes the parser of the service's lines and the sanitiser of notices, without a window: lines,
+// messages, states and notices. Every line is tried as a notice too.
 
 #include "ipc/Protocol.h"
 #include "tests/fuzz/Finding.h"

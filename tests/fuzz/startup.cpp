@@ -1,4 +1,4 @@
-// What the program has made before the first input, in either fuzzer.
+// What both fuzzers with a window do before the first input.
 
 #include "app/Identity.h"
 

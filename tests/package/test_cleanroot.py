@@ -24,11 +24,11 @@ INSIDE = "IXOVPN_CLEANROOT_INSIDE"
 OLD_VERSION = "1.3.5"
 USER = "ixo"
 
-# Whatever takes longer than this hangs.
+# The timeout, in seconds, of every wait.
 PATIENCE = 60.0
 LOOK_AGAIN = 0.1
 
-# Notes of the package tools themselves, not of a package.
+# Messages of the package tools themselves, not of a package.
 JOURNALS = re.compile(
     r"var/lib/dpkg/(status|status-old|lock|lock-frontend|triggers/Lock|available)"
     r"|var/(log|cache)/.*|var/lib/apt/.*|(proc|dev|sys|tmp|packages)/.*|etc/ld\.so\.cache"
@@ -47,7 +47,7 @@ def only(folder, pattern):
 
 
 def prepare(packages):
-    """Builds what is missing and goes inside, where there is no network and nothing stays."""
+    """Builds what is missing and enters the sandbox, which has no network and keeps nothing."""
     new = only(packages, "ixovpn-client_*.deb")
     root = subprocess.run(
         [TREE / "tests/package/cleanroot", new], stdout=subprocess.PIPE, text=True

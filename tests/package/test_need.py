@@ -11,7 +11,7 @@ TOOLS = ["bash", "env", "grep", "sed", "sort"]
 
 
 class Machine(unittest.TestCase):
-    """Has ccache of the two packages of the groups, and these programs only."""
+    """A machine with ccache, one of the two packages of the groups, and these programs only."""
 
     def need(self, **programs):
         with tempfile.TemporaryDirectory() as folder:
@@ -55,7 +55,7 @@ class Machine(unittest.TestCase):
         self.check(ran, "E: nobody answers", ": libfaketime\n")
 
     def test_lists_are_old(self):
-        """What is not found is looked for again in new lists."""
+        """A package that is not found is looked for again in updated lists."""
         apt = 'case "$*" in *update) >"$0.new";; *) [ -e "$0.new" ];; esac'
         ran = self.debian(0, apt=apt)
         self.assertEqual((ran.returncode, ran.stderr), (0, ""))

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What is in the packages that scripts/package has built, and in their bills of materials.
+"""What is in the packages that scripts/package has built, and in their SBOMs.
 
 usage: test_package.py FOLDER    with the packages
 """
@@ -15,7 +15,7 @@ import unittest
 import xml.etree.ElementTree as xml
 from pathlib import Path
 
-from billchecks import BillChecks, files_below
+from sbomchecks import SbomChecks, files_below
 
 TREE = Path(__file__).resolve().parents[2]
 PACKAGES = Path(sys.argv.pop())
@@ -99,7 +99,7 @@ class DebianPackage(Unpacked):
             self.assertEqual(owner, "root/root", name)
             self.assertEqual(mode[1:], "rwxr-xr-x" if runs else "rw-r--r--", name)
 
-    def test_needs_the_toolkit_and_no_scripts(self):
+    def test_needs_qt_and_no_scripts(self):
         depends = output_of("dpkg-deb", "-f", self.deb, "Depends")
         self.assertRegex(depends, r"\blibc6 \(>= ")
         for name in "core", "gui", "widgets", "network", "x11extras":
@@ -144,7 +144,7 @@ class PortableArchive(Unpacked):
         self.assertIn("Connected=Verbunden", out.read_text())
 
     def test_removal_as_told_leaves_nothing(self):
-        """What the instructions copy is what they remove."""
+        """The instructions remove every file that they copy."""
         home = self.work / "home"
         home.mkdir()
         commands = re.findall(
@@ -160,22 +160,22 @@ class PortableArchive(Unpacked):
         self.assertEqual(files_below(home), set())
 
 
-class BillsOfMaterials(Unpacked, BillChecks):
+class Sboms(Unpacked, SbomChecks):
     def test_debian_package(self):
-        bill = json.loads(only("*_amd64.spdx.json").read_text())
-        self.check_form(bill)
-        self.check_files(bill, self.work / "deb")
+        sbom = json.loads(only("*_amd64.spdx.json").read_text())
+        self.check_form(sbom)
+        self.check_files(sbom, self.work / "deb")
         depends = output_of("dpkg-deb", "-f", self.deb, "Depends")
         named = {clause.split()[0] for clause in depends.split(", ")}
-        self.assertLessEqual(named, {package["name"] for package in bill["packages"]})
+        self.assertLessEqual(named, {package["name"] for package in sbom["packages"]})
 
     def test_portable_archive(self):
-        bill = json.loads(only("*-linux-*.spdx.json").read_text())
-        self.check_form(bill)
-        self.check_files(bill, self.portable)
+        sbom = json.loads(only("*-linux-*.spdx.json").read_text())
+        self.check_form(sbom)
+        self.check_files(sbom, self.portable)
 
-    def make_bill(self, files, description, values=None):
-        """Of a folder with these files, as for a program that brings its libraries."""
+    def make_sbom(self, files, description, values=None):
+        """The SBOM of a folder with these files, as of a program with its own libraries."""
         case = Path(tempfile.mkdtemp(dir=self.work))
         for name in files:
             path = case / "shipped" / name
@@ -184,7 +184,7 @@ class BillsOfMaterials(Unpacked, BillChecks):
         (case / "components.json").write_text(json.dumps(description))
         ran = subprocess.run(
             [TREE / "scripts/sbom", "--components", case / "components.json", "--version", "1.0"]
-            + ["--folder", case / "shipped", "--out", case / "bill.json"]
+            + ["--folder", case / "shipped", "--out", case / "sbom.json"]
             + [f"--set={name}={value}" for name, value in (values or {}).items()],
             env=dict(os.environ, SOURCE_DATE_EPOCH="1700000000"),
             capture_output=True,
@@ -192,10 +192,10 @@ class BillsOfMaterials(Unpacked, BillChecks):
         )
         if ran.returncode != 0:
             return ran.stderr
-        bill = json.loads((case / "bill.json").read_text())
-        self.check_form(bill)
-        self.check_files(bill, case / "shipped")
-        return bill
+        sbom = json.loads((case / "sbom.json").read_text())
+        self.check_form(sbom)
+        self.check_files(sbom, case / "shipped")
+        return sbom
 
     @staticmethod
     def describe(components):
@@ -217,11 +217,11 @@ class BillsOfMaterials(Unpacked, BillChecks):
 
     def test_folder_with_libraries(self):
         files = ["own.exe", "library1.dll", "plugins/deep/one.dll", "plugins/notes.txt"]
-        bill = self.make_bill(files, self.describe([self.own, self.library]))
+        sbom = self.make_sbom(files, self.describe([self.own, self.library]))
         owners = {
             (relation["spdxElementId"], entry["fileName"])
-            for relation in bill["relationships"]
-            for entry in bill["files"]
+            for relation in sbom["relationships"]
+            for entry in sbom["files"]
             if relation["relatedSpdxElement"] == entry["SPDXID"]
         }
         self.assertEqual(
@@ -239,33 +239,33 @@ class BillsOfMaterials(Unpacked, BillChecks):
         values = {name: "1.0+x" for name in re.findall("@([A-Z_]+)@", description.read_text())}
         values.pop("VERSION")
         files = ["ixovpn-client.exe", "licences/Qt.txt", "Qt5Core.dll", "platforms/qwindows.dll"]
-        bill = self.make_bill(files, json.loads(description.read_text()), values)
+        sbom = self.make_sbom(files, json.loads(description.read_text()), values)
         owned, linked = (
             {
                 relation["relatedSpdxElement"].removeprefix("SPDXRef-Package-")
-                for relation in bill["relationships"]
+                for relation in sbom["relationships"]
                 if relation["spdxElementId"] == "SPDXRef-Package-qtbase"
                 and relation["relationshipType"] == kind
             }
             for kind in ("CONTAINS", "STATIC_LINK")
         )
         self.assertEqual(len(owned), 2)
-        # Of what the toolkit is told to link from its own copies nothing is missing.
+        # The SBOM names every library of which Qt is told to link its own copy.
         told = re.findall(r" -qt-(\w+)", (TREE / "scripts/windows-qt").read_text())
         self.assertEqual(len(told), 6)
         self.assertEqual({name.replace("-", "").rstrip("2") for name in linked}, set(told))
 
     def test_value_that_nobody_set_is_refused(self):
         own = dict(self.own, version="@SOMETHING@")
-        said = self.make_bill(["own.exe"], self.describe([own]))
+        said = self.make_sbom(["own.exe"], self.describe([own]))
         self.assertIn("asks for SOMETHING", said)
 
     def test_unexplained_file_is_refused(self):
-        said = self.make_bill(["own.exe", "stranger.dll"], self.describe([self.own]))
+        said = self.make_sbom(["own.exe", "stranger.dll"], self.describe([self.own]))
         self.assertIn("no component has these files: stranger.dll", said)
 
     def test_component_without_files_is_refused(self):
-        said = self.make_bill(["own.exe"], self.describe([self.own, self.library]))
+        said = self.make_sbom(["own.exe"], self.describe([self.own, self.library]))
         self.assertIn("library should have files and has none", said)
 
 

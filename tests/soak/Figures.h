@@ -4,7 +4,7 @@
 
 namespace soak {
 
-/// What the system says that a process holds and does.
+/// The resources of a process, as the system reports them.
 struct Figures
 {
     /// Throws std::runtime_error if the system does not say all of it.
@@ -12,11 +12,11 @@ struct Figures
 
     int descriptors = 0;
     int threads = 0;
-    /// Proportional set size, and what it has written to and shares with nobody, in KiB. Of the
-    /// former, how much of the mapped files is there is the system's choice.
+    /// Proportional set size and private dirty memory, in KiB. The system decides how much of the
+    /// mapped files the former includes.
     int proportional = 0;
     int written = 0;
-    /// Context switches of all threads since the process began that they asked for.
+    /// Voluntary context switches of all threads since the process began.
     qint64 wakeUps = 0;
 };
 

@@ -25,10 +25,10 @@ constexpr int keptActions = 40;
 constexpr int answerMs = 60'000;
 constexpr int idleMs = 3'000;
 constexpr int idleRounds = 5;
-// Longer than the program waits before it comes back.
+// Longer than the program waits before it reconnects.
 constexpr int settlingMs = 2'000;
 constexpr int memoryToleranceKiB = 1'024;
-// Apart from rounding in what is half transparent.
+// Layers that are half transparent are rounded differently.
 constexpr int pictureTolerance = 2;
 
 constexpr QPoint menuButton{48, 34};
@@ -78,7 +78,7 @@ Soak::Soak(const QString &program, const QString &clock, quint32 seed, int rate_
     session.setVariable(QStringLiteral("LD_PRELOAD"), clock);
     session.setVariable(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), clockFile());
     session.setVariable(QStringLiteral("FAKETIME_NO_CACHE"), QStringLiteral("1"));
-    // A clock that is set does not move the one that timers go by.
+    // Setting the clock must not move the monotonic clock of the timers.
     if (rate == 1) {
         session.setVariable(QStringLiteral("DONT_FAKE_MONOTONIC"), QStringLiteral("1"));
     }
@@ -127,10 +127,10 @@ void Soak::start()
         fail(QStringLiteral("The witness is not there: ") + witness.errorString());
     }
     session.moveMouse(aside);
-    waitForLink();
+    waitForConnection();
 }
 
-// Everything once or more, so that what the toolkit keeps for later is there.
+// Does everything once or more, so that Qt's caches are filled.
 void Soak::warmUp()
 {
     const Counts none = counts;
@@ -140,7 +140,7 @@ void Soak::warmUp()
     for (int round = 0; round < 2; ++round) {
         changeStates();
         changeStatesOneByOne();
-        loseLink();
+        loseConnection();
         showNotices();
         openPages();
         openAndClose(support::ClientSession::settingsRow);
@@ -160,11 +160,11 @@ void Soak::anyStep()
     // A full run needs ten times as many losses as languages and notices; states come by the
     // hundred anyway.
     static constexpr std::array steps{
-        Step{4, &Soak::changeStates}, Step{3, &Soak::changeStatesOneByOne},
-        Step{24, &Soak::loseLink},    Step{3, &Soak::chooseLanguage},
-        Step{1, &Soak::showNotices},  Step{2, &Soak::openPages},
-        Step{5, &Soak::click},        Step{2, &Soak::stopAndContinue},
-        Step{1, &Soak::jumpClock},    Step{1, &Soak::staySilent},
+        Step{4, &Soak::changeStates},    Step{3, &Soak::changeStatesOneByOne},
+        Step{24, &Soak::loseConnection}, Step{3, &Soak::chooseLanguage},
+        Step{1, &Soak::showNotices},     Step{2, &Soak::openPages},
+        Step{5, &Soak::click},           Step{2, &Soak::stopAndContinue},
+        Step{1, &Soak::jumpClock},       Step{1, &Soak::staySilent},
         Step{1, &Soak::flood},
     };
     int all = 0;
@@ -191,10 +191,10 @@ Soak::Holdings Soak::holdings()
     agree("at rest");
     QTest::qWait(settlingMs);
 
-    // Otherwise chance decides how much of what was freed is still kept for the next time.
+    // Without the trim, chance decides how much freed memory malloc still keeps.
     const Testimony seen = look("trim\n");
     const qint64 process = session.client->processId();
-    // What ticks does so every time; the odd wake-up comes from somewhere else on the desktop.
+    // A timer would wake the program in every period; a single wake-up comes from the desktop.
     Figures now = Figures::of(process);
     QStringList wakeUps;
     for (bool slept = false; !slept;) {
@@ -205,7 +205,7 @@ Soak::Holdings Soak::holdings()
         QTest::qWait(idleMs);
         const Figures earlier = std::exchange(now, Figures::of(process));
         wakeUps += QString::number(now.wakeUps - earlier.wakeUps);
-        // A thread takes its figure along when it ends.
+        // The counter of a thread that ends is gone.
         slept = now.wakeUps == earlier.wakeUps && now.threads == earlier.threads;
     }
     return {now, seen};
@@ -230,7 +230,7 @@ void Soak::compare(const Holdings &before, const Holdings &after) const
         Row{"memory of its own, KiB", before.process.written, after.process.written,
             memoryToleranceKiB},
     };
-    // Others share the rest, and its size depends on how many there are at the moment.
+    // This one has no tolerance: it depends on how many processes share the memory at the moment.
     qInfo("%-28s %8d at the start %8d at the end", "proportional memory, KiB",
           before.process.proportional, after.process.proportional);
     QStringList grown;
@@ -252,7 +252,7 @@ void Soak::compare(const Holdings &before, const Holdings &after) const
     fail(QStringLiteral("More than at the start: ") + grown.join(QStringLiteral(", ")));
 }
 
-// Whoever has lived long must look like one that has just come.
+// After all the faults the program must look like one that has just been started.
 void Soak::comparePictures()
 {
     note(QStringLiteral("compare with a fresh program"));
@@ -266,7 +266,7 @@ void Soak::comparePictures()
                             "config-bytes: 4096",
                             "error: " + QByteArray(200, 'm')};
     std::shuffle(lines.begin(), lines.end(), random);
-    // The line of a pill alone says nothing about the rest.
+    // A line that only sets the pill leaves the rest of the display as it was.
     lines.prepend(QByteArrayLiteral("status: running"));
     const QList<QImage> is = pictures(lines);
 
@@ -284,11 +284,11 @@ void Soak::comparePictures()
             should.at(i).save(QStringLiteral("build/soak-should.png"));
             fail(QStringLiteral("After \"%1\" not the picture of a fresh program: %2; see "
                                 "build/soak-is.png and build/soak-should.png")
-                     .arg(QString::fromUtf8(lines.value(i, "the loss of the link")), where));
+                     .arg(QString::fromUtf8(lines.value(i, "the loss of the connection")), where));
         }
     }
     session.service.listen();
-    waitForLink();
+    waitForConnection();
 }
 
 QList<QImage> Soak::pictures(const QList<QByteArray> &lines)
@@ -299,7 +299,7 @@ QList<QImage> Soak::pictures(const QList<QByteArray> &lines)
         agree("a picture's state");
         taken += picture(pulses(model.state));
     }
-    breakLink();
+    breakConnection();
     agree("the last picture's state");
     taken += picture(false);
     return taken;
@@ -343,9 +343,9 @@ void Soak::changeStatesOneByOne()
     settle("single states");
 }
 
-void Soak::loseLink()
+void Soak::loseConnection()
 {
-    note(QStringLiteral("lose the link"));
+    note(QStringLiteral("lose the connection"));
     if (chance(30)) {
         write(randomLines(pick(1, 100)));
         settle("the lines before the loss");
@@ -353,7 +353,7 @@ void Soak::loseLink()
     if (chance(30)) {
         write(randomLine().chopped(1));
     }
-    breakLink();
+    breakConnection();
     agree("the loss");
     if (chance(20)) {
         click();
@@ -369,27 +369,27 @@ void Soak::loseLink()
         agree("no service for a while");
     }
     session.service.listen();
-    waitForLink();
+    waitForConnection();
 }
 
-void Soak::breakLink()
+void Soak::breakConnection()
 {
     if (chance(50)) {
         session.service.reset();
     }
-    // So that nothing comes before the loss has been looked at.
+    // Without a service the program cannot reconnect before the loss has been checked.
     session.service.stop();
-    model.linkDown();
+    model.connectionDown();
     ++counts.losses;
 }
 
-void Soak::waitForLink()
+void Soak::waitForConnection()
 {
     if (!support::waitFor([this] { return session.service.connected() == 1; })) {
         fail(QStringLiteral("The program does not come back"));
     }
     down = false;
-    model.linkUp();
+    model.connectionUp();
     agree("the greeting");
 }
 
@@ -451,10 +451,10 @@ void Soak::showNotices()
             settle("a state behind a notice");
         }
         if (chance(5)) {
-            breakLink();
+            breakConnection();
             agree("a loss behind a notice");
             session.service.listen();
-            waitForLink();
+            waitForConnection();
         }
         closeDialog();
         ++counts.notices;
@@ -504,9 +504,9 @@ void Soak::openAndClose(const QPoint &row)
     });
 }
 
-// The toolkit believes that a dialog has the keyboard once it has asked for it. Closed before the
-// window manager has done so, it leaves a main window that has had the keyboard all the time, and
-// therefore never hears that it is active again: not before somebody clicks into it.
+// Qt regards a dialog as active once it has asked for the focus. If the dialog is closed before the
+// window manager has moved the focus, the main window has had the focus all the time, and no event
+// makes it active again until somebody clicks into it.
 void Soak::closeDialog()
 {
     await("the dialog to be in front", [this](const Testimony &seen) {
@@ -534,26 +534,26 @@ void Soak::click()
 void Soak::stopAndContinue()
 {
     const auto process = static_cast<pid_t>(session.client->processId());
-    const bool linkGoes = chance(30);
-    note(linkGoes ? QStringLiteral("suspend, and lose the link meanwhile")
-                  : QStringLiteral("suspend"));
+    const bool connectionGoes = chance(30);
+    note(connectionGoes ? QStringLiteral("suspend, and lose the connection meanwhile")
+                        : QStringLiteral("suspend"));
     ::kill(process, SIGSTOP);
     if (chance(70)) {
         write(randomLines(pick(1, 100)));
     }
     QTest::qWait(pick(1, 300));
-    if (linkGoes) {
-        // A reset would take along what has not been read yet.
+    if (connectionGoes) {
+        // A reset would discard the lines that the program has not read yet.
         session.service.stop();
-        model.linkDown();
+        model.connectionDown();
         ++counts.losses;
     }
     ::kill(process, SIGCONT);
     ++counts.stops;
-    if (linkGoes) {
+    if (connectionGoes) {
         agree("a loss during the suspension");
         session.service.listen();
-        waitForLink();
+        waitForConnection();
     } else {
         settle("after the suspension");
     }
@@ -588,10 +588,10 @@ void Soak::staySilent()
 {
     note(QStringLiteral("a service that says nothing"));
     ++counts.silences;
-    breakLink();
+    breakConnection();
     agree("the loss");
     session.service.listen();
-    waitForLink();
+    waitForConnection();
     click();
     QTest::qWait(pick(1, 1'500));
     agree("silence");
@@ -613,7 +613,7 @@ void Soak::flood()
 
 void Soak::press(const QPoint &point)
 {
-    // As somebody who has seen that the window is in front.
+    // Waits until the window has the focus, as a user would.
     await("the window to be active", [](const Testimony &seen) { return seen.active; });
     session.holdButton(origin + point);
     await("the button to be down", [](const Testimony &seen) { return seen.buttonDown; });
@@ -671,7 +671,7 @@ void Soak::write(const QByteArray &bytes)
         session.service.write(bytes.mid(done, next - done));
         done = next;
     }
-    // It takes its time with long texts.
+    // The model is slow with long texts.
     constexpr int piece = 512;
     for (int done = 0; done < bytes.size(); done += piece) {
         model.receive(bytes.mid(done, piece));
@@ -693,7 +693,7 @@ Testimony Soak::look(const char *question)
     }
     Testimony seen{QJsonDocument::fromJson(witness.readLine()).object()};
     if (down && seen.state == State::On) {
-        fail(QStringLiteral("Connected without a link"), &seen);
+        fail(QStringLiteral("Connected without a connection"), &seen);
     }
     return seen;
 }
@@ -707,7 +707,8 @@ void Soak::await(const char *what, const Condition &condition)
     }
 }
 
-// What a flood shows at its end it may have shown before.
+// Ends with a line that no earlier one equals: the last display of a flood may have been there
+// before.
 void Soak::settle(const char *what)
 {
     write("config-bytes: " + QByteArray::number(++marker) + '\n');
@@ -719,7 +720,7 @@ void Soak::agreeOnDisplay(const char *what)
     await(what, [this](const Testimony &seen) {
         return seen.state == model.state && seen.status == model.status && seen.pill == model.pill;
     });
-    down = !model.linked;
+    down = !model.connected;
 }
 
 void Soak::agree(const char *what)

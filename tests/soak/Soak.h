@@ -36,19 +36,19 @@ struct Counts : Goals
     int floods = 0;
 };
 
-/// A long life of the real program among faults, in an order that a seed decides: after every
-/// step it has to show what a plain model says and to have sent what that says, and at the end to
-/// hold no more than at the start. The first thing that is wrong throws std::runtime_error.
+/// Injects faults into the real program, in an order that a seed decides: after every step it must
+/// show what a model says and have sent what the model says, and at the end hold no more resources
+/// than at the start. The first failure throws std::runtime_error.
 class Soak
 {
 public:
-    /// From 100 on the toolkit's look at its fonts, every five minutes, wakes the program each time
-    /// that it is to sleep for a while.
+    /// From 100 on, Qt's clean-up of its font cache every five minutes would wake the program in
+    /// each of the idle periods that are measured.
     static constexpr int fastestRate = 50;
 
     /// With the paths of the program and of the library that sets its clock (Debian: libfaketime).
-    /// The clock runs `rate` times as fast as ours, 1 to `fastestRate`, so that the program waits
-    /// less before it comes back; only at rate 1 does the clock also jump.
+    /// The clock runs `rate` times as fast as ours, 1 to `fastestRate`, so that the program
+    /// reconnects sooner; only at rate 1 does the clock also jump.
     Soak(const QString &program, const QString &clock, quint32 seed, int rate);
 
     /// Goes on for so many seconds, one or more, after it has warmed up.
@@ -77,7 +77,7 @@ private:
     void start();
     void warmUp();
     void anyStep();
-    /// After it has seen that the program sleeps while nothing happens.
+    /// Returns once the program has slept through an idle period.
     Holdings holdings();
     void compare(const Holdings &before, const Holdings &after) const;
     void comparePictures();
@@ -86,10 +86,10 @@ private:
     /// Waits until the painting has come to rest, but for the switch if that pulses.
     QImage picture(bool pulsing);
 
-    // Each leaves the program linked, with nothing open.
+    // Each leaves the program connected, with nothing open.
     void changeStates();
     void changeStatesOneByOne();
-    void loseLink();
+    void loseConnection();
     void chooseLanguage();
     void showNotices();
     void openPages();
@@ -99,11 +99,11 @@ private:
     void staySilent();
     void flood();
 
-    void breakLink();
-    void waitForLink();
+    void breakConnection();
+    void waitForConnection();
     void switchTo(int row);
     void openAndClose(const QPoint &row);
-    /// As somebody who has seen that the dialog is in front.
+    /// Waits until the dialog has the focus, as a user would.
     void closeDialog();
     void openMenu();
     void press(const QPoint &point);
@@ -118,7 +118,7 @@ private:
     void await(const char *what, const Condition &condition);
     /// Waits until the program shows what the model says, and has sent it.
     void agree(const char *what);
-    /// The same when all that was written has been taken in.
+    /// agree(), once the program has handled all lines.
     void settle(const char *what);
     void agreeOnDisplay(const char *what);
     void note(const QString &action);
@@ -135,7 +135,7 @@ private:
     QTranslator translator;
     fuzz::DisplayModel model;
     QPoint origin;
-    /// The loss of the link has been seen, and no line has been sent since.
+    /// The program has shown the loss of the connection, and no line has been sent since.
     bool down = false;
     int noticeNumber = 0;
     int marker = 0;

@@ -18,22 +18,22 @@ struct Testimony
     QString pill;
     /// The text of the notice that is open.
     QString notice;
-    /// The class of the open dialog; empty if there is none, or it does not yet believe that it has
-    /// the keyboard.
+    /// The class of the open dialog; empty if there is none, or Qt does not regard it as active
+    /// yet.
     QString dialog;
     bool anyDialog;
-    /// As the display server calls it; 0 if there is none.
+    /// The dialog's X11 window; 0 if there is none.
     qulonglong dialogWindow;
-    /// One of its windows has the keyboard.
+    /// One of its windows has the focus.
     bool active;
-    /// As far as it has heard.
+    /// As far as the program has received the events.
     bool buttonDown;
-    /// Wholly open, and there at all.
+    /// Slid in completely, and visible at all.
     bool menu;
     bool menuShows;
     bool settings;
     bool support;
-    /// Rows of the window that the switch takes.
+    /// The rows of pixels that the switch covers.
     int switchTop;
     int switchBottom;
 

@@ -19,7 +19,7 @@
 
 #include <malloc.h>
 
-// The toolkit's own place for tools that follow its objects; its header is not for programs.
+// Qt's hooks for tools that track QObjects; the header that declares them is private.
 extern Q_CORE_EXPORT quintptr qtHookData[]; // NOLINT(modernize-avoid-c-arrays)
 
 namespace soak {
@@ -37,7 +37,7 @@ struct Living
 
 Living &living()
 {
-    // Objects are removed to the very end of the program.
+    // Never destroyed: objects are removed until the very end of the program.
     static auto *const all = new Living;
     return *all;
 }
@@ -143,8 +143,8 @@ QJsonObject Witness::testimony()
         }
     }
 
-    // Not those that belong to the answer to come, nor those that throw away what is kept of fonts
-    // and pixmaps and has not been used for a while. The cache of fonts has no name of its own.
+    // Leaves out the timers of the pending answer, and those with which the caches of pixmaps and
+    // fonts drop unused entries. The font cache has no class name of its own.
     const auto isCache = [](const QObject *object) {
         const char *const kind = object->metaObject()->className();
         return qstrcmp(kind, "QPMCache") == 0 || qstrcmp(kind, "QObject") == 0;

@@ -7,9 +7,9 @@ class QJsonObject;
 
 namespace soak {
 
-/// Tells from inside a program what it shows and what it holds: one line of JSON for each line
-/// that comes in at the local socket which the plugin was given the path of. For the line "trim" it
-/// first gives free memory back to the system. Between two questions it does nothing.
+/// Tells from inside a program what it shows and what it holds: answers each line on a local
+/// socket, whose path is the plugin's parameter, with one line of JSON. For the line "trim" it
+/// first gives free memory back to the system. Between two lines it does nothing.
 class Witness : public QObject
 {
     Q_OBJECT

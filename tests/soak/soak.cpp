@@ -1,4 +1,4 @@
-// A long life of the real program among faults. scripts/soak says how to run it.
+// Injects faults into the real program. scripts/soak says how to run it.
 
 #include "tests/soak/Soak.h"
 
@@ -61,8 +61,8 @@ int main(int argc, char *argv[])
         soak::Soak soak{parser.value(client), parser.value(clock), number, times};
         const auto report = [&soak] {
             const soak::Counts &done = soak.done();
-            qInfo("lost links %d, state changes %d, languages %d, notices %d, pages %d, clicks %d, "
-                  "suspensions %d, clock jumps %d, silences %d, floods %d",
+            qInfo("lost connections %d, state changes %d, languages %d, notices %d, pages %d, "
+                  "clicks %d, suspensions %d, clock jumps %d, silences %d, floods %d",
                   done.losses, done.changes, done.languages, done.notices, done.pages, done.clicks,
                   done.stops, done.clockJumps, done.silences, done.floods);
         };

@@ -16,8 +16,8 @@ QString clientPath();
 /// All top-level windows of a process, hidden ones too.
 QList<HWND> windowsOf(DWORD process);
 
-/// The client as a process, seen and handled from outside as by its user and by other programs.
-/// What is still running at the end is killed.
+/// The client as a process, used from outside as by its user and by other programs. The destructor
+/// kills it if it still runs.
 class ClientProcess
 {
 public:
@@ -40,8 +40,7 @@ public:
     /// Waits until the main window is shown and accepts input.
     [[nodiscard]] bool comesUp() const;
 
-    /// Another window of the program that is shown, as a list that has unfolded; null if there is
-    /// none.
+    /// A visible popup of the program, for example the list of a combo box; null if there is none.
     HWND popup() const;
     /// The main window without its frame, as it is on the screen.
     QImage picture() const;
@@ -49,15 +48,15 @@ public:
     /// click and does not change any more.
     [[nodiscard]] bool comesToRest() const;
 
-    /// As the close button of the title bar does.
+    /// Does what the close button of the title bar does.
     void close() const { PostMessageW(window(), WM_CLOSE, 0, 0); }
     /// Asks all its windows whether it can end, as the system does before the session ends or an
     /// upgrade begins; `reason` is what the system gives them. Changes nothing yet.
     bool agreesToEnd(LPARAM reason) const;
-    /// What follows on that, if all programs agree and if one does not.
+    /// WM_ENDSESSION, after all programs have agreed, or one has not.
     void tellToEnd(LPARAM reason) const { tellEnd(TRUE, reason); }
     void tellToGoOn(LPARAM reason) const { tellEnd(FALSE, reason); }
-    /// With the mouse, in the main window's own coordinates.
+    /// With the mouse, in the main window's coordinates.
     void click(const QPoint &position) const;
     /// Clicks, and waits until what it changes is at rest.
     [[nodiscard]] bool changesOn(const QPoint &position);

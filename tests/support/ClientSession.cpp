@@ -37,7 +37,7 @@ void ClientSession::hurry()
     const QString clock = QStringLiteral(IXOVPN_CLOCK);
     if (!clock.isEmpty()) {
         setVariable(QStringLiteral("LD_PRELOAD"), clock);
-        // The times of files take longer to convert than a program needs to start.
+        // Converting the time stamps of files would take longer than the program's start.
         setVariable(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
         setVariable(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(hurryRate));
         betweenPicturesMs /= hurryRate;
@@ -84,7 +84,7 @@ bool ClientSession::use(const QPoint &point)
     moveMouse(aside);
     const QImage before = still(window);
     click(at(point));
-    // Away at once, the pointer would leave its light on what appears beneath it.
+    // Moved away at once, the pointer would leave the hover colour on what appears beneath it.
     still(window);
     moveMouse(aside);
     return changesFrom(before);
@@ -143,7 +143,7 @@ QImage ClientSession::still(Window which) const
         if (last.which == which && !last.since.hasExpired(betweenPicturesMs)) {
             return false;
         }
-        // Where the machine is busy, a program that moves something may wait long for its turn.
+        // On a busy machine, a program with a running animation may wait long for its turn.
         const QString process = QStringLiteral("/proc/%1/").arg(client->processId());
         const QByteArray turn = contents(process + QStringLiteral("schedstat"));
         const bool sleeps = contents(process + QStringLiteral("stat")).contains(") S ");
@@ -176,7 +176,7 @@ bool ClientSession::changesFrom(const QImage &before)
 QList<QPoint> copyButtons(const QImage &page)
 {
     constexpr int longestGap = 8;
-    // Nothing else on the page is of the shade of their texts.
+    // Nothing else on the page has the colour of the buttons' texts.
     QList<QRect> rows;
     for (int y = 0; y < page.height(); ++y) {
         for (int x = 0; x < page.width(); ++x) {

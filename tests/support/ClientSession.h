@@ -11,14 +11,13 @@
 
 namespace support {
 
-/// The commands as the client puts them on the wire.
+/// The commands as the client sends them.
 QByteArray setLanguage(const QByteArray &tag);
 QByteArray setReferral(const QByteArray &code);
 QByteArray askStatus();
 
-/// The real program in English, as somebody uses it who has a desktop, a mouse and a keyboard,
-/// and a service under the test's control. Every function that waits tells whether what it waited
-/// for has come.
+/// The real program in English on a desktop, with mouse and keyboard, and a service under the
+/// test's control. Functions that wait return false on a timeout.
 class ClientSession : public Desktop
 {
     Q_OBJECT
@@ -35,39 +34,39 @@ public:
         : program(path)
     {}
 
-    /// For programs that are started from now on, time passes ten times as fast: nobody has to sit
-    /// through what glides, or through their pauses. Not with the sanitisers, which bear no other
-    /// library before them.
+    /// Makes the clock of programs that are started from now on ten times as fast, which shortens
+    /// animations and pauses. Does nothing with the sanitisers, which refuse to run with
+    /// libfaketime.
     void hurry();
 
     /// Starts the program and waits for its window.
     [[nodiscard]] bool startClient();
     /// As above, with a service that listens and answers that the tunnel is up.
     [[nodiscard]] bool startLinkedClient();
-    /// Without a chance to put anything in order.
+    /// With SIGKILL.
     void killClient();
 
     bool hasReceived(const QByteArray &line) const { return service.lines().contains(line); }
 
-    /// Where it is on the screen, for a point of the main window.
+    /// The screen coordinates of a point in the main window.
     QPoint at(const QPoint &point) const { return geometry(window).topLeft() + point; }
 
-    /// Clicks into the main window and waits until that has shown and nothing moves any more.
+    /// Clicks into the main window and waits until the picture has changed and is still.
     [[nodiscard]] bool use(const QPoint &point);
     [[nodiscard]] bool openMenu();
     /// Through the menu.
     [[nodiscard]] bool openPage(const QPoint &row);
-    /// Through the menu; 0 if it does not come.
+    /// Through the menu; 0 on a timeout.
     Window openReferral();
     [[nodiscard]] bool closeDialog(Window dialog);
     [[nodiscard]] bool isGone(Window dialog);
     /// With the keyboard, on the open settings page, by the place in its list.
     void chooseLanguage(int row);
 
-    /// The picture of a window that does not change any more.
+    /// A screenshot of the window, once it changes no more.
     QImage still(Window which) const;
 
-    /// Waits until another program that asks for what was copied is given this.
+    /// Waits until another program reads this from the clipboard.
     [[nodiscard]] bool pastes(const QByteArray &text) const;
 
     ScriptedService service;
@@ -78,7 +77,7 @@ private:
     bool changesFrom(const QImage &before);
 
     QString program;
-    /// More than from one step of an animation to the next.
+    /// Longer than a frame of an animation.
     int betweenPicturesMs = 25;
     /// The last picture for still(), and how often the program had had its turn before it.
     mutable struct

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-// They define macros that other headers trip over.
+// These headers define macros that break other headers.
 #include <X11/Xlib-xcb.h>
 #include <xcb/xcb.h>
 extern "C" {
@@ -19,7 +19,7 @@ namespace {
 
 constexpr int smallestPopup = 5;
 
-// Window managers start with one or four.
+// No window manager starts with this number: the usual ones are one and four.
 constexpr uint32_t unusualDesktops = 5;
 
 // Two presses of a key within a millisecond look like one that is held down.
@@ -27,7 +27,7 @@ constexpr useconds_t keyUs = 2'000;
 
 constexpr uint32_t longestProperty = 1'024;
 
-// Who asks the window manager: a tool in the user's hand, not a program that would be in front.
+// The source indication of EWMH for requests of the user, as pagers send them.
 constexpr uint32_t fromUser = 2;
 
 constexpr uint32_t iconicState = 3;
@@ -39,8 +39,8 @@ template <typename Reply> std::unique_ptr<Reply, decltype(&std::free)> owned(Rep
 
 } // namespace
 
-/// A connection to the display server. Windows that have gone meanwhile have no properties, no
-/// place and no children.
+/// A connection to the display server. Windows that are gone have no properties, no geometry and no
+/// children.
 class Desktop::Server
 {
 public:
@@ -61,7 +61,7 @@ public:
             ->atom;
     }
 
-    /// Asks about all of them in one go.
+    /// Sends all requests before it waits for the first reply.
     template <typename Request, typename Reply>
     auto ask(const std::vector<xcb_window_t> &windows, Request request, Reply reply) const
     {
@@ -128,7 +128,7 @@ public:
         return owned(xcb_query_pointer_reply(xcb, xcb_query_pointer(xcb, root), nullptr));
     }
 
-    /// What another program asks for next might otherwise come first.
+    /// Waits until the server has handled our requests, before those of other programs that follow.
     void sync() const { pointer(); }
 
     std::unique_ptr<xdo_t, decltype(&xdo_free)> xdo;
@@ -138,7 +138,7 @@ public:
 
 Desktop::Desktop(WindowManager manager)
 {
-    // Without -noreset the server starts afresh whenever its last client leaves.
+    // Without -noreset the server resets itself whenever its last client disconnects.
     QProcess *const display =
         start(QStringLiteral("Xvfb"),
               {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
@@ -160,7 +160,8 @@ Desktop::Desktop(WindowManager manager)
               {QStringLiteral("--sm-disable"), QStringLiteral("--no-composite")});
         break;
     }
-    // It says who it is before it hears anything: a window that is shown in between stays hidden.
+    // A window manager announces itself before it manages windows; one shown in between stays
+    // hidden.
     const auto doesAsItIsTold = [this] {
         const char *const desktops = "_NET_NUMBER_OF_DESKTOPS";
         server->askWindowManager(server->root, desktops, {unusualDesktops});
@@ -185,7 +186,7 @@ void Desktop::setVariable(const QString &name, const QString &value)
 
 QList<Desktop::Window> Desktop::windows(const QString &title) const
 {
-    // Those that a window manager has put a frame around, too.
+    // Also the windows that a window manager has put a frame around.
     std::vector<xcb_window_t> all = server->childrenOf({server->root});
     const std::vector<xcb_window_t> framed = server->childrenOf(all);
     all.insert(all.end(), framed.begin(), framed.end());
@@ -225,7 +226,7 @@ QList<Desktop::Window> Desktop::unmanagedWindows() const
     for (const xcb_window_t window : server->childrenOf({server->root})) {
         const auto attributes = server->attributes(window);
         const QRect place = geometry(window);
-        // Programs park windows for their own purposes beside the screen.
+        // Programs keep invisible helper windows outside the screen.
         if (attributes != nullptr && attributes->override_redirect != 0 &&
             attributes->map_state == XCB_MAP_STATE_VIEWABLE && place.right() >= 0 &&
             place.bottom() >= 0 && place.width() >= smallestPopup) {
@@ -296,8 +297,8 @@ void Desktop::click(const QPoint &position, int button) const
     moveMouse(position);
     xdo_mouse_down(server->xdo.get(), CURRENTWINDOW, button);
     xdo_mouse_up(server->xdo.get(), CURRENTWINDOW, button);
-    // Until the window manager has let the press pass, a release may come where the pointer has
-    // gone meanwhile.
+    // Until the window manager has passed the press on, a release may arrive where the pointer has
+    // moved meanwhile.
     constexpr uint16_t buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
     if (!waitFor([this] { return (server->pointer()->mask & buttons) == 0; })) {
         qFatal("A click does not get through");

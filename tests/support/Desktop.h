@@ -17,8 +17,8 @@
 
 namespace support {
 
-/// An X11 desktop without a screen: a display server of our own and a window manager, with what a
-/// user would do and see there. To be used inside scripts/isolated; the test itself needs no
+/// An X11 desktop without a screen: a virtual display and a window manager, with the input and the
+/// screenshots of a user. To be used inside scripts/isolated; the test itself needs no
 /// display and no GUI application object.
 ///
 /// What cannot be started, or does not come up, ends the test run with a message.
@@ -31,20 +31,20 @@ public:
 
     enum class WindowManager {
         Openbox,
-        /// Keeps programs from taking the keyboard away from the one that is being used.
+        /// Has focus-stealing prevention.
         Metacity
     };
 
     using Outcome = Programs::Outcome;
 
-    /// Returns when both answer.
+    /// Returns when display and window manager are ready.
     explicit Desktop(WindowManager manager = WindowManager::Openbox);
     ~Desktop() override;
 
-    /// What is started from now on finds a session bus of its own.
+    /// Programs that are started from now on have a session bus of their own.
     void startSessionBus() { programs.startSessionBus(); }
 
-    /// With the display, and without a choice of the toolkit's platform.
+    /// The environment of programs, with DISPLAY and without QT_QPA_PLATFORM.
     const QProcessEnvironment &environment() const { return programs.environment; }
     /// For programs that are started from now on; a null value takes the variable out.
     void setVariable(const QString &name, const QString &value);
@@ -59,7 +59,7 @@ public:
     void stop(QProcess *process) { programs.stop(process); }
     /// What has been started so far belongs to the desktop itself.
     void keepAll() { furniture = programs.count(); }
-    /// All but the desktop itself.
+    /// Stops all programs but those of the desktop itself.
     void stopAll() { programs.stopFrom(furniture); }
     /// Runs a program to its end.
     Outcome run(const QString &program, const QStringList &arguments = {}) const
@@ -79,23 +79,23 @@ public:
     /// Whether some program holds the selection, for example `_NET_SYSTEM_TRAY_S0`.
     bool isSelectionOwned(const char *name) const;
     bool isMapped(Window window) const;
-    /// Without the frame, in the screen's coordinates; null if the window has gone.
+    /// Without the frame, in screen coordinates; null if the window is gone.
     QRect geometry(Window window) const;
 
-    /// Returns when it has the keyboard.
+    /// Returns when the window has the focus.
     void activate(Window window) const;
     void minimise(Window window) const;
     /// As the title bar's close button does.
     void close(Window window) const;
 
-    // What follows has been done when the call returns; programs may not have looked at it yet.
+    // These functions return once the input has been sent; programs may not have handled it yet.
 
-    /// In the screen's coordinates; buttons count from 1, the left one.
+    /// In screen coordinates; button 1 is the left one.
     void moveMouse(const QPoint &position) const;
     void click(const QPoint &position, int button = 1) const;
     void doubleClick(const QPoint &position) const;
-    /// The left button alone, for whoever can tell when its press has arrived: until the window
-    /// manager has let it pass, a release after it may come where the pointer has gone meanwhile.
+    /// Presses the left button, for tests that can tell when the press has arrived: until the
+    /// window manager has passed it on, a release may arrive where the pointer has moved meanwhile.
     void holdButton(const QPoint &position) const;
     void releaseButton() const;
     /// By the names of the keys, for example `Escape` or `shift+Tab`; they go to the active window.
@@ -112,9 +112,9 @@ private:
     class Server;
 
     Programs programs;
-    /// How many of them make the desktop.
+    /// The number of programs that belong to the desktop itself.
     std::size_t furniture = 0;
-    // Gone before what it is connected to.
+    // Destroyed before the programs, one of which is the display that it is connected to.
     std::unique_ptr<Server> server;
 };
 

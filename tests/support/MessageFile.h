@@ -6,8 +6,8 @@
 
 namespace support {
 
-/// What stands in a released catalogue (.qm), read from its bytes without the toolkit's help: a
-/// translator only answers questions and cannot say what else it holds.
+/// The content of a released catalogue (.qm), parsed without QTranslator, which only looks texts up
+/// and cannot list them.
 struct MessageFile
 {
     struct Message
@@ -23,7 +23,7 @@ struct MessageFile
     bool hasDependencies = false;
     QList<Message> messages;
 
-    /// Fails the test run if the bytes are no catalogue.
+    /// Ends the test run if the bytes are no catalogue.
     static MessageFile parse(const QByteArray &bytes);
 };
 

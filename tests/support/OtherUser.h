@@ -1,13 +1,13 @@
 #pragma once
 
-/// Another user of the machine, whom a test plays to see what others can do.
+/// Another user of the machine, whom a test impersonates to see what others can do.
 namespace support::otheruser {
 
-/// Number of the user; nothing of the test belongs to it.
+/// Number of the user, who owns no file of the test.
 constexpr int id = 1;
 
-/// Whether this process can become that user. Only root can, and not the root of a world that has
-/// no other users, as scripts/isolated makes for who is not root.
+/// Whether this process can become that user. Only root can, and not root of a user namespace with
+/// one user, which scripts/isolated makes for users other than root.
 bool isPossible();
 
 } // namespace support::otheruser

@@ -25,7 +25,7 @@ struct PageParts
 /// along its left edge.
 bool hasGradient(QWidget *page);
 
-/// Presses Tab, or with `back` Shift and Tab, until the keyboard is where it was; the object names
+/// Presses Tab, or with `back` Shift+Tab, until the focus is where it was. Returns the object names
 /// of the widgets on the way, or their class names where they have none. A widget that takes more
 /// than one press, as one with links does, comes once.
 QStringList tabRound(const QWidget *window, bool back = false);

@@ -11,10 +11,10 @@ namespace {
 constexpr int hangMs = 30'000;
 constexpr int hangsAgainMs = 2'000;
 
-// Where one wait fails, others do: whoever looks on need not sit through each of them.
+// After a first timeout others are likely, so they are shorter.
 int patienceMs = hangMs;
 
-// What an ended program has left on its way.
+// Time for the effects of a program that has ended to arrive.
 constexpr int lastWordsMs = 500;
 
 QList<QProcess *> &watched()
@@ -23,7 +23,7 @@ QList<QProcess *> &watched()
     return all;
 }
 
-// Each is told once: later waits are about what comes after it.
+// Reports each ended program once: later waits are about what follows.
 QList<QProcess *> takeEnded()
 {
     QList<QProcess *> ended;
@@ -77,8 +77,8 @@ Programs::Programs()
     : environment(QProcessEnvironment::systemEnvironment())
 {
     environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    // What a program says is nobody's business but its own; coverage counters that an older build
-    // left behind must not speak up in it.
+    // Tests read the programs' standard error; libgcov must not report there that coverage counters
+    // are of an older build.
     environment.insert(QStringLiteral("GCOV_ERROR_FILE"), QStringLiteral("/dev/null"));
 }
 

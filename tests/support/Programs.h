@@ -13,16 +13,16 @@
 
 namespace support {
 
-/// Waits, with the event loop running, for something that another process does. False, with a
-/// warning, as soon as a program of Programs ends without it, or if all of them seem to hang.
+/// Waits, with the event loop running, until another process fulfils the condition. False, with a
+/// warning, as soon as a program of Programs ends before, or if all of them seem to hang.
 bool waitFor(const std::function<bool()> &condition);
 
-/// Whether this process has file systems, a process table and a network of its own, which it can
-/// change as it likes. Without them scripts/isolated gives it no more than an environment.
+/// Whether this process runs in a sandbox: with file systems, a process table and a network of its
+/// own, which it can change. Without namespaces scripts/isolated only sets an environment.
 bool ownsItsWorld();
 
-/// The programs of one desktop, with what they find in their environment. What cannot be started
-/// ends the test run with a message.
+/// The programs of one desktop, and their environment. A program that cannot be started ends the
+/// test run with a message.
 class Programs
 {
 public:
@@ -34,9 +34,9 @@ public:
         QByteArray errors;
     };
 
-    /// The test's own environment, without a choice of the toolkit's platform.
+    /// With the test's own environment, without QT_QPA_PLATFORM.
     Programs();
-    /// Ends what was started, in reverse order.
+    /// Stops all programs, in reverse order.
     ~Programs();
     Programs(const Programs &) = delete;
     Programs &operator=(const Programs &) = delete;
@@ -47,16 +47,16 @@ public:
     static QByteArray firstLine(QProcess &process);
     /// Asks a started program to end and waits until it has.
     void stop(QProcess *process);
-    /// All but the first so many, in reverse order.
+    /// Stops all programs but the first so many, in reverse order.
     void stopFrom(std::size_t first);
     std::size_t count() const { return running.size(); }
     /// Runs a program to its end.
     Outcome run(const QString &program, const QStringList &arguments = {}) const;
 
-    /// What is started from now on finds a session bus of its own.
+    /// Programs that are started from now on have a session bus of their own.
     void startSessionBus();
 
-    /// For what is started from now on.
+    /// For programs that are started from now on.
     QProcessEnvironment environment;
 
 private:

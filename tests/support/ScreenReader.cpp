@@ -16,10 +16,10 @@ namespace {
 
 using Thing = ScreenReader::Thing;
 
-// Whoever takes longer hangs.
+// A program that takes longer hangs.
 constexpr int patienceMs = 120'000;
 
-/// Nothing here is an error: a thing may go away while it is read.
+/// Ignores errors, since a thing may go away while it is read.
 class Ignored
 {
 public:
@@ -42,7 +42,7 @@ QString owned(char *text)
     return result;
 }
 
-// The library's own names change between its releases.
+// libatspi's own names of roles change between its releases.
 QString roleOf(const Thing &thing)
 {
     switch (atspi_accessible_get_role(thing.get(), Ignored{})) {
@@ -168,7 +168,7 @@ Thing ScreenReader::program(const QString &name_) const
     const Thing all = owned(atspi_get_desktop(0));
     for (const Thing &each : childrenOf(all)) {
         if (name(each) == name_) {
-            // The programs' own news would keep a cache up to date, but not all of it.
+            // The events of a program would not keep all of libatspi's cache up to date.
             atspi_accessible_set_cache_mask(each.get(), ATSPI_CACHE_NONE);
             return each;
         }

@@ -19,20 +19,20 @@ namespace support {
 /// Reads and drives programs on a desktop as a screen reader does, over AT-SPI, with the library
 /// that screen readers use (Debian: libatspi2.0-dev, at-spi2-core). One in each process.
 ///
-/// What is not showing is not there for it: it can neither be found nor read.
+/// It neither finds nor reads what is not showing.
 class ScreenReader
 {
 public:
-    /// Something on the screen, for as long as it exists.
+    /// An accessible object on the screen, for as long as it exists.
     using Thing = std::shared_ptr<_AtspiAccessible>;
 
-    /// The desktop has a session bus, and lives longer.
+    /// The desktop must have a session bus, and outlive this object.
     explicit ScreenReader(Desktop &desktop);
     ~ScreenReader();
     ScreenReader(const ScreenReader &) = delete;
     ScreenReader &operator=(const ScreenReader &) = delete;
 
-    /// The program of this name, when it is on the bus; null as long as it is not.
+    /// The program of this name; null as long as it is not on the bus.
     Thing program(const QString &name) const;
 
     /// Everything that has a name or can do something, in reading order, each as
@@ -45,15 +45,15 @@ public:
 
     QString name(const Thing &thing) const;
     QString description(const Thing &thing) const;
-    /// Without those that everything has, and only such as a screen reader speaks.
+    /// Only states that a screen reader speaks, without those that everything has.
     QStringList states(const Thing &thing) const;
-    /// Also for things that have gone from the screen.
+    /// Also for things that are no longer on the screen.
     bool isShowing(const Thing &thing) const;
-    /// What stands in a text field.
+    /// The text in a text field.
     QString content(const Thing &thing) const;
     /// The names of the things that label it.
     QStringList labels(const Thing &thing) const;
-    /// False if it has no such action.
+    /// Does the action; false if the thing has no such action.
     bool act(const Thing &thing, const QString &action) const;
 
     /// What has been announced since construction or the last forget(): `checked: check box "X"`,

@@ -83,7 +83,7 @@ void ScriptedService::reset()
 
 void ScriptedService::ignoreInput(bool on)
 {
-    // A full buffer keeps the toolkit from looking at the connection any more.
+    // A full read buffer keeps Qt from reading the socket.
     newest()->setReadBufferSize(on ? 1 : unlimited);
     if (!on) {
         bytes += newest()->readAll();

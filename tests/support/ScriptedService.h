@@ -12,8 +12,8 @@ class QTcpSocket;
 
 namespace support {
 
-/// A service under the test's control, on the port that the client expects: it does nothing by
-/// itself but remember who came and what they said.
+/// A service under the test's control, on the port that the client expects. By itself it only
+/// records connections and lines.
 class ScriptedService : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     ScriptedService();
     ~ScriptedService() override;
 
-    /// Takes the port; fails the test run if somebody else has it.
+    /// Takes the port; ends the test run if another program has it.
     void listen();
     /// Gives the port back and closes every connection, as a service does that ends.
     void stop();
@@ -39,9 +39,9 @@ public:
     QList<QByteArray> lines() const;
     void clear() { bytes.clear(); }
 
-    /// To the newest connection, at once and as they stand.
+    /// Writes to the newest connection, at once and unchanged.
     void write(const QByteArray &raw);
-    /// Adds the line feed.
+    /// write() with a line feed.
     void sendLine(const QByteArray &line);
     /// Ends the newest connection in the orderly way.
     void close();
@@ -49,8 +49,8 @@ public:
     void reset();
     /// From now on every connection is reset as soon as the client has had its turn to see it.
     void resetEveryone(bool on) { resetting = on; }
-    /// From now on the newest connection's bytes are left to the system, which soon takes no more;
-    /// false reads them after all.
+    /// True stops reading the newest connection, so that the system's buffers fill up; false reads
+    /// everything after all.
     void ignoreInput(bool on);
 
 Q_SIGNALS:

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <vector>
 
-// They define macros that other headers trip over.
+// These headers define macros that break other headers.
 #include <X11/ICE/ICElib.h>
 #include <X11/ICE/ICEutil.h>
 #include <X11/SM/SMlib.h>
@@ -20,7 +20,7 @@ public:
     explicit Private(QObject *context)
         : owner(context)
     {
-        // The usual handler ends this process when a program has gone without a word.
+        // The default handler exits when a program closes its connection without notice.
         IceSetIOErrorHandler([](IceConn) {});
         std::array<char, 256> error = {};
         char vendor[] = "tests";
@@ -152,7 +152,7 @@ private:
         char *const id = SmsGenerateClientID(client);
         SmsRegisterClientReply(client, id);
         std::free(id);
-        // So the protocol wants it.
+        // The protocol demands this first SaveYourself.
         SmsSaveYourself(client, SmSaveLocal, False, SmInteractStyleNone, False);
         return 1;
     }

@@ -7,8 +7,8 @@
 
 namespace support {
 
-/// What a desktop has to tell its programs that the user logs out (X Session Management
-/// Protocol): a program may save, may ask to stay, and is then told to end. One at a time.
+/// A session manager, which tells programs that the user logs out (X Session Management Protocol):
+/// a program may save, may ask to stay, and is then told to end. One object at a time.
 class SessionManager : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     SessionManager();
     ~SessionManager() override;
 
-    /// What programs look for in the variable SESSION_MANAGER.
+    /// The value of the environment variable SESSION_MANAGER.
     QString address() const;
 
     /// How many programs have joined, and may be told to go.

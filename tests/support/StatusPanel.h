@@ -11,9 +11,8 @@ namespace support {
 
 class Desktop;
 
-/// A panel that shows other programs' icons as they describe them over the session bus
-/// (StatusNotifierItem), and what it is told about the one icon that it has. Needs from Debian:
-/// xfce4-panel.
+/// A panel with a tray for StatusNotifierItem, and the properties of the one icon in it. Needs from
+/// Debian: xfce4-panel.
 class StatusPanel
 {
 public:
@@ -31,13 +30,13 @@ public:
     StatusPanel(const StatusPanel &) = delete;
     StatusPanel &operator=(const StatusPanel &) = delete;
 
-    /// Waits until icons can come; false if the panel never gets there.
+    /// Waits until the tray accepts icons; false if it never does.
     bool isUp() const;
 
-    /// What follows is empty unless there is exactly one icon.
+    /// These functions return nothing unless there is exactly one icon.
     QString toolTip() const;
     QList<MenuEntry> menu() const;
-    /// As a click on the entry with this text does.
+    /// Does what a click on the entry with this text does.
     void choose(const QString &label) const;
 
 private:

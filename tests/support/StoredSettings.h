@@ -7,7 +7,7 @@
 namespace support {
 
 /// A file of settings as it stands on the disk, whatever the process that writes it holds in its
-/// memory. Only for the private world of scripts/isolated.
+/// memory. Only for the sandbox of scripts/isolated.
 class StoredSettings
 {
 public:

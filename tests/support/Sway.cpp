@@ -50,7 +50,7 @@ Sway::Sway()
 
     programs.startSessionBus();
 
-    // What it finds out about itself comes back through a command of its own configuration.
+    // A command in the configuration writes the display names, which sway chooses, to a file.
     const QString configuration = QDir::tempPath() + QStringLiteral("/sway.conf");
     const QString told = QDir::tempPath() + QStringLiteral("/sway.environment");
     QFile::remove(told);

@@ -9,8 +9,8 @@
 
 namespace support {
 
-/// A Wayland compositor without a screen, which also takes X11 programs, and what it tells about
-/// the windows on it. To be used inside scripts/isolated. Needs from Debian: sway and xwayland.
+/// A Wayland compositor without a screen, which also shows X11 programs (Xwayland), and its list of
+/// windows. To be used inside scripts/isolated. Needs from Debian: sway and xwayland.
 ///
 /// What cannot be started, or does not come up, ends the test run with a message.
 class Sway : public QObject
@@ -30,10 +30,10 @@ public:
         QSize size;
     };
 
-    /// It refuses to run as root, whom only a world of other users makes another.
+    /// False for root without user namespaces, since sway refuses to run as root.
     static bool isPossible();
 
-    /// Returns when it answers. Programs find a session bus of their own on it.
+    /// Returns when the compositor is ready. Programs have a session bus of their own.
     Sway();
 
     Programs programs;

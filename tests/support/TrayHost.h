@@ -8,8 +8,8 @@
 
 namespace support {
 
-/// The part of a panel that other programs' icons (StatusNotifierItem) are registered with, and
-/// nothing else: it shows none of them, but can come and go at will.
+/// A StatusNotifierWatcher, with which programs register their icons (StatusNotifierItem). It shows
+/// none of them, but can come and go at will.
 class TrayHost : public QObject
 {
     Q_OBJECT
@@ -19,16 +19,16 @@ class TrayHost : public QObject
     Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ items)
 
 public:
-    /// On the session bus that programs with this environment use. Ends the test run if the place
-    /// is taken.
+    /// On the session bus that programs with this environment use. Ends the test run if the bus
+    /// name is taken.
     explicit TrayHost(const QProcessEnvironment &environment);
-    /// As a panel that crashes.
+    /// Leaves the bus as a panel does that crashes.
     ~TrayHost() override;
 
     /// The bus names of the icons that have been registered.
     QStringList items() const { return registered; }
 
-    /// As a click of the left button on the icon does.
+    /// Does what a click of the left button on the icon does.
     void click(const QString &item) const;
 
 public Q_SLOTS:

@@ -92,8 +92,8 @@ bool WindowBench::greeted()
 
 bool WindowBench::loseLink()
 {
-    // With something left to read, the connection would end in a reset. Wine does not report one
-    // that comes in the same moment as the toolkit writes.
+    // With bytes left to read, the connection would end in a reset. Wine does not report a reset
+    // that arrives while Qt writes.
     sent();
     const QSignalSpy changes{client(), &ipc::ServiceClient::connectionChanged};
     service.stop();
@@ -122,7 +122,7 @@ QList<QByteArray> WindowBench::sent()
     client()->send(QStringLiteral("fence"));
     const QByteArray fence = QByteArrayLiteral(R"({"cmd":"fence"})");
     if (!waitFor([&] { return service.lines().contains(fence); })) {
-        qFatal("Nothing comes through the link");
+        qFatal("Nothing comes through the connection");
     }
     QList<QByteArray> before = service.lines();
     before.removeLast();

@@ -38,7 +38,7 @@ template <typename Condition> [[nodiscard]] bool waitFor(Condition condition)
 QStringList display(ui::ToggleSwitch::State state, const QString &status, const QString &pill);
 
 /// The real main window, shown, with a service under the test's control at the other end of its
-/// link.
+/// connection.
 class WindowBench
 {
 public:
@@ -63,20 +63,21 @@ public:
 
     QStringList shown() const;
 
-    /// The link came up, again if need be, and the greeting has arrived; forgets the greeting.
+    /// Waits until the window has connected, again if need be, and its greeting has arrived;
+    /// forgets the greeting.
     [[nodiscard]] bool greeted();
-    /// The service ends, having read all that was sent, and the window has noticed. What was sent
-    /// is forgotten.
+    /// Reads everything that the window has sent, ends the service, and waits until the window has
+    /// noticed. Forgets what was sent.
     [[nodiscard]] bool loseLink();
 
     /// Sends lines at once and waits until the window has dealt with all of them.
     [[nodiscard]] bool say(const QList<QByteArray> &lines);
     [[nodiscard]] bool say(const QByteArray &line) { return say(QList<QByteArray>{line}); }
 
-    /// The left button, in the middle of the switch.
+    /// Clicks the middle of the switch with the left button.
     void click() const;
 
-    /// As from the settings page.
+    /// Emits the signal of the settings page.
     void chooseLanguage(const QString &tag) const;
 
     /// The lines that the window has sent up to now and since the last call, without line feeds.
