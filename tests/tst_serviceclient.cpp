@@ -40,7 +40,7 @@ constexpr int tooLateMs = 3000;
 const QString up = QStringLiteral("<up>");
 const QString down = QStringLiteral("<down>");
 
-/// A client of which everything that can be seen is written down.
+/// A client whose signals and connection attempts are recorded.
 class WatchedClient : public QObject
 {
 public:
@@ -58,23 +58,23 @@ public:
         connect(&idle, &QTimer::timeout, this, [this] { ++lateAttempts; });
     }
 
-    // The socket reports its end to what is still whole.
+    // Deleted first, since its socket still reports a last change of state to this object.
     ~WatchedClient() override { client.reset(); }
 
-    /// Calls back at each line; for receivers that do more than take note.
+    /// Calls back for each line, for receivers that do more than record it.
     void onLine(const std::function<void(const QString &)> &receiver)
     {
         connect(client.get(), &ServiceClient::messageReceived, this, receiver);
     }
 
-    void onLink(const std::function<void(bool)> &receiver)
+    void onConnection(const std::function<void(bool)> &receiver)
     {
         connect(client.get(), &ServiceClient::connectionChanged, this, receiver);
     }
 
     std::unique_ptr<ServiceClient> client;
     QPointer<QTcpSocket> socket;
-    /// Lines as they stand and the link's changes, in the order of their arrival.
+    /// Lines as they came, and changes of the connection, in the order of their arrival.
     QStringList events;
     /// When each attempt began, in milliseconds of a monotonic clock.
     QList<qint64> attempts;
@@ -95,18 +95,18 @@ private:
     QTimer idle;
 };
 
-bool waitUntilConnected(const ScriptedService &service, const WatchedClient &link)
+bool waitUntilConnected(const ScriptedService &service, const WatchedClient &watched)
 {
-    return QTest::qWaitFor([&] { return service.connected() == 1 && link.events.endsWith(up); },
+    return QTest::qWaitFor([&] { return service.connected() == 1 && watched.events.endsWith(up); },
                            patienceMs);
 }
 
-bool establish(ScriptedService &service, WatchedClient &link)
+bool establish(ScriptedService &service, WatchedClient &watched)
 {
     service.listen();
-    link.client->connectToService();
-    const bool connected = waitUntilConnected(service, link);
-    link.events.clear();
+    watched.client->connectToService();
+    const bool connected = waitUntilConnected(service, watched);
+    watched.events.clear();
     return connected;
 }
 
@@ -140,7 +140,7 @@ private Q_SLOTS:
 
     void constructorDoesNotConnect();
     void askedAgainMakesOneConnection();
-    void linkComesUpOnce();
+    void connectionComesUpOnce();
     void lossIsReportedOnceAndRepaired_data();
     void lossIsReportedOnceAndRepaired();
     void absentServiceIsTriedForEver();
@@ -192,7 +192,8 @@ void tst_ServiceClient::constructorDoesNotConnect()
 {
     ScriptedService service;
     WatchedClient idle;
-    // Another client's loss and return take longer than anything an idle client could wait for.
+    // While another client loses its connection and reconnects, any timer of the idle one would
+    // fire.
     WatchedClient busy;
     QVERIFY(establish(service, busy));
     service.reset();
@@ -209,34 +210,34 @@ void tst_ServiceClient::askedAgainMakesOneConnection()
 {
     ScriptedService service;
     service.listen();
-    WatchedClient link;
-    link.client->connectToService();
-    link.client->connectToService();
-    QVERIFY(waitUntilConnected(service, link));
-    link.client->connectToService();
+    WatchedClient watched;
+    watched.client->connectToService();
+    watched.client->connectToService();
+    QVERIFY(waitUntilConnected(service, watched));
+    watched.client->connectToService();
 
     QVERIFY(outwaitPendingReconnects());
-    QCOMPARE(link.events, QStringList{up});
-    QCOMPARE(link.attempts.size(), 1);
+    QCOMPARE(watched.events, QStringList{up});
+    QCOMPARE(watched.attempts.size(), 1);
     QCOMPARE(service.accepted(), 1);
     QCOMPARE(service.connected(), 1);
 }
 
-void tst_ServiceClient::linkComesUpOnce()
+void tst_ServiceClient::connectionComesUpOnce()
 {
     ScriptedService service;
     service.listen();
-    WatchedClient link;
+    WatchedClient watched;
     bool sentInTime = false;
-    link.onLink([&](bool connected) {
-        sentInTime = connected && link.socket->state() == QAbstractSocket::ConnectedState;
+    watched.onConnection([&](bool connected) {
+        sentInTime = connected && watched.socket->state() == QAbstractSocket::ConnectedState;
     });
-    link.client->connectToService();
-    QVERIFY(waitUntilConnected(service, link));
+    watched.client->connectToService();
+    QVERIFY(waitUntilConnected(service, watched));
     QVERIFY(sentInTime);
 
     service.sendLine("status: stopped");
-    TRY_COMPARE(link.events, (QStringList{up, QStringLiteral("status: stopped")}));
+    TRY_COMPARE(watched.events, (QStringList{up, QStringLiteral("status: stopped")}));
     // The client itself says nothing.
     QCOMPARE(service.received(), QByteArray());
 }
@@ -261,51 +262,51 @@ void tst_ServiceClient::lossIsReportedOnceAndRepaired()
     int most = 0;
     connect(&service, &ScriptedService::clientConnected, this,
             [&] { most = std::max(most, service.connected()); });
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
 
     lose(service);
-    TRY_COMPARE(link.events, QStringList{down});
+    TRY_COMPARE(watched.events, QStringList{down});
     if (refusals) {
-        TRY_VERIFY(link.attempts.size() >= 3);
-        QCOMPARE(link.events, QStringList{down});
+        TRY_VERIFY(watched.attempts.size() >= 3);
+        QCOMPARE(watched.events, QStringList{down});
         service.listen();
     }
-    QVERIFY(waitUntilConnected(service, link));
+    QVERIFY(waitUntilConnected(service, watched));
     service.sendLine("status: running");
-    TRY_COMPARE(link.events, (QStringList{down, up, QStringLiteral("status: running")}));
-    link.client->send(ipc::protocol::statusCommand);
+    TRY_COMPARE(watched.events, (QStringList{down, up, QStringLiteral("status: running")}));
+    watched.client->send(ipc::protocol::statusCommand);
     TRY_COMPARE(service.received(), QByteArrayLiteral("{\"cmd\":\"status\"}\n"));
 
     QVERIFY(outwaitPendingReconnects());
-    QCOMPARE(link.events.size(), 3);
+    QCOMPARE(watched.events.size(), 3);
     QCOMPARE(service.accepted(), 2);
     QCOMPARE(service.connected(), 1);
     QCOMPARE(most, 1);
-    QVERIFY(shortestInterval(link.attempts) >= tooSoonMs);
-    QCOMPARE(link.lateAttempts, 0);
+    QVERIFY(shortestInterval(watched.attempts) >= tooSoonMs);
+    QCOMPARE(watched.lateAttempts, 0);
 }
 
 void tst_ServiceClient::absentServiceIsTriedForEver()
 {
-    WatchedClient link;
-    link.client->connectToService();
+    WatchedClient watched;
+    watched.client->connectToService();
     constexpr int enough = 5;
-    TRY_VERIFY(link.attempts.size() >= enough);
-    QVERIFY(shortestInterval(link.attempts) >= tooSoonMs);
-    QCOMPARE(link.lateAttempts, 0);
-    QVERIFY(link.events.isEmpty());
+    TRY_VERIFY(watched.attempts.size() >= enough);
+    QVERIFY(shortestInterval(watched.attempts) >= tooSoonMs);
+    QCOMPARE(watched.lateAttempts, 0);
+    QVERIFY(watched.events.isEmpty());
 }
 
 void tst_ServiceClient::serviceAppearsLater()
 {
     ScriptedService service;
-    WatchedClient link;
-    link.client->connectToService();
-    TRY_COMPARE(link.attempts.size(), 2);
+    WatchedClient watched;
+    watched.client->connectToService();
+    TRY_COMPARE(watched.attempts.size(), 2);
     service.listen();
-    QVERIFY(waitUntilConnected(service, link));
-    QCOMPARE(link.events, QStringList{up});
+    QVERIFY(waitUntilConnected(service, watched));
+    QCOMPARE(watched.events, QStringList{up});
     QCOMPARE(service.accepted(), 1);
 }
 
@@ -319,23 +320,23 @@ void tst_ServiceClient::resetsDoNotRaiseThePace()
         service.resetEveryone(service.accepted() <= losses);
     });
     service.listen();
-    WatchedClient link;
-    link.client->connectToService();
+    WatchedClient watched;
+    watched.client->connectToService();
     TRY_COMPARE(service.accepted(), losses + 1);
-    QVERIFY(waitUntilConnected(service, link));
+    QVERIFY(waitUntilConnected(service, watched));
 
     QVERIFY(outwaitPendingReconnects());
     QCOMPARE(service.accepted(), losses + 1);
     QCOMPARE(service.connected(), 1);
     QCOMPARE(most, 1);
-    QCOMPARE(link.attempts.size(), losses + 1);
+    QCOMPARE(watched.attempts.size(), losses + 1);
     QVERIFY(shortestInterval(service.acceptTimes()) >= tooSoonMs);
-    QVERIFY(shortestInterval(link.attempts) >= tooSoonMs);
-    QCOMPARE(link.lateAttempts, 0);
-    QStringList ups = link.events;
+    QVERIFY(shortestInterval(watched.attempts) >= tooSoonMs);
+    QCOMPARE(watched.lateAttempts, 0);
+    QStringList ups = watched.events;
     ups.removeAll(down);
-    QCOMPARE(link.events.count(down), ups.size() - 1);
-    QCOMPARE(link.events.last(), up);
+    QCOMPARE(watched.events.count(down), ups.size() - 1);
+    QCOMPARE(watched.events.last(), up);
 }
 
 // A second timer that is armed for the same loss fires between two attempts.
@@ -366,31 +367,31 @@ void tst_ServiceClient::staleTimerDoesNotRaiseThePace()
 
 void tst_ServiceClient::askedWhileWaitingKeepsThePace()
 {
-    WatchedClient link;
-    link.client->connectToService();
-    TRY_COMPARE(link.socket->state(), QAbstractSocket::UnconnectedState);
-    link.client->connectToService();
-    QCOMPARE(link.attempts.size(), 2);
-    TRY_VERIFY(link.attempts.size() >= 5);
-    QVERIFY(shortestInterval(link.attempts.mid(1)) >= tooSoonMs);
+    WatchedClient watched;
+    watched.client->connectToService();
+    TRY_COMPARE(watched.socket->state(), QAbstractSocket::UnconnectedState);
+    watched.client->connectToService();
+    QCOMPARE(watched.attempts.size(), 2);
+    TRY_VERIFY(watched.attempts.size() >= 5);
+    QVERIFY(shortestInterval(watched.attempts.mid(1)) >= tooSoonMs);
 }
 
 void tst_ServiceClient::socketOptions()
 {
     ScriptedService service;
-    WatchedClient link;
+    WatchedClient watched;
     const auto noDelay = [&] {
-        return link.socket->socketOption(QAbstractSocket::LowDelayOption).toInt();
+        return watched.socket->socketOption(QAbstractSocket::LowDelayOption).toInt();
     };
-    QVERIFY(establish(service, link));
+    QVERIFY(establish(service, watched));
     QCOMPARE(noDelay(), 1);
-    QCOMPARE(link.socket->openMode(), QIODevice::ReadWrite);
-    QCOMPARE(link.socket->peerAddress(), QHostAddress(QHostAddress::LocalHost));
-    QCOMPARE(link.socket->peerPort(), quint16{47652});
+    QCOMPARE(watched.socket->openMode(), QIODevice::ReadWrite);
+    QCOMPARE(watched.socket->peerAddress(), QHostAddress(QHostAddress::LocalHost));
+    QCOMPARE(watched.socket->peerPort(), quint16{47652});
 
     service.reset();
-    TRY_COMPARE(link.events, QStringList{down});
-    QVERIFY(waitUntilConnected(service, link));
+    TRY_COMPARE(watched.events, QStringList{down});
+    QVERIFY(waitUntilConnected(service, watched));
     QCOMPARE(noDelay(), 1);
 }
 
@@ -422,10 +423,10 @@ void tst_ServiceClient::proxiesAreIgnored()
             {QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), 9});
     }
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
-    QCOMPARE(link.socket->proxy().type(), QNetworkProxy::NoProxy);
-    QCOMPARE(link.attempts.size(), 1);
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
+    QCOMPARE(watched.socket->proxy().type(), QNetworkProxy::NoProxy);
+    QCOMPARE(watched.attempts.size(), 1);
 }
 
 void tst_ServiceClient::lines_data()
@@ -468,10 +469,10 @@ void tst_ServiceClient::lines()
     QFETCH(QByteArray, bytes);
     QFETCH(QStringList, texts);
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     service.write(bytes + "end\n");
-    TRY_COMPARE(link.events, texts + QStringList{QStringLiteral("end")});
+    TRY_COMPARE(watched.events, texts + QStringList{QStringLiteral("end")});
 }
 
 void tst_ServiceClient::splitAtEveryByte()
@@ -481,20 +482,20 @@ void tst_ServiceClient::splitAtEveryByte()
         QStringLiteral("status: starting"), QStringLiteral("notice: Ж日😀"), QString(), QString(),
         QStringLiteral("error: \uFFFD."),   QStringLiteral("status: x")};
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     for (int at = 1; at < stream.size(); ++at) {
         const QByteArray head = stream.left(at);
         const int whole = head.count('\n');
         const int rest = at - (head.lastIndexOf('\n') + 1);
-        link.events.clear();
+        watched.events.clear();
         service.write(head);
-        TRY_VERIFY(link.socket->bytesAvailable() == rest && link.events.size() >= whole);
-        QCOMPARE(link.events, QStringList(texts.mid(0, whole)));
+        TRY_VERIFY(watched.socket->bytesAvailable() == rest && watched.events.size() >= whole);
+        QCOMPARE(watched.events, QStringList(texts.mid(0, whole)));
         service.write(stream.mid(at));
-        TRY_VERIFY(link.events.size() >= texts.size());
-        QCOMPARE(link.events, texts);
-        QCOMPARE(link.socket->bytesAvailable(), 0);
+        TRY_VERIFY(watched.events.size() >= texts.size());
+        QCOMPARE(watched.events, texts);
+        QCOMPARE(watched.socket->bytesAvailable(), 0);
     }
 }
 
@@ -502,16 +503,16 @@ void tst_ServiceClient::byteByByte()
 {
     const QByteArray stream = "status: 日本\r\n \nstatus: running\n";
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     int unread = 0;
     for (const char byte : stream) {
         service.write(QByteArray(1, byte));
         unread = byte == '\n' ? 0 : unread + 1;
-        TRY_COMPARE(link.socket->bytesAvailable(), unread);
+        TRY_COMPARE(watched.socket->bytesAvailable(), unread);
     }
-    TRY_COMPARE(link.events, (QStringList{QStringLiteral("status: 日本"), QString(),
-                                          QStringLiteral("status: running")}));
+    TRY_COMPARE(watched.events, (QStringList{QStringLiteral("status: 日本"), QString(),
+                                             QStringLiteral("status: running")}));
 }
 
 void tst_ServiceClient::lineOfOneMebibyte()
@@ -522,15 +523,15 @@ void tst_ServiceClient::lineOfOneMebibyte()
         line[i] = static_cast<char>('a' + i % 26);
     }
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     service.write(line);
-    TRY_COMPARE(link.socket->bytesAvailable(), size);
-    QVERIFY(link.events.isEmpty());
+    TRY_COMPARE(watched.socket->bytesAvailable(), size);
+    QVERIFY(watched.events.isEmpty());
     service.write("\nstatus: running\n");
-    TRY_COMPARE(link.events.size(), 2);
-    QVERIFY(link.events.first() == QString::fromLatin1(line));
-    QCOMPARE(link.events.last(), QStringLiteral("status: running"));
+    TRY_COMPARE(watched.events.size(), 2);
+    QVERIFY(watched.events.first() == QString::fromLatin1(line));
+    QCOMPARE(watched.events.last(), QStringLiteral("status: running"));
 }
 
 void tst_ServiceClient::partialLineDiesWithItsConnection_data()
@@ -544,28 +545,28 @@ void tst_ServiceClient::partialLineDiesWithItsConnection()
 {
     QFETCH(bool, orderly);
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     service.write("status: one\nstatus: ha");
-    TRY_COMPARE(link.events, QStringList{QStringLiteral("status: one")});
-    TRY_COMPARE(link.socket->bytesAvailable(), 10);
+    TRY_COMPARE(watched.events, QStringList{QStringLiteral("status: one")});
+    TRY_COMPARE(watched.socket->bytesAvailable(), 10);
     orderly ? service.close() : service.reset();
-    QVERIFY(waitUntilConnected(service, link));
+    QVERIFY(waitUntilConnected(service, watched));
     service.write("lf\nstatus: two\n");
-    TRY_COMPARE(link.events, (QStringList{QStringLiteral("status: one"), down, up,
-                                          QStringLiteral("lf"), QStringLiteral("status: two")}));
+    TRY_COMPARE(watched.events, (QStringList{QStringLiteral("status: one"), down, up,
+                                             QStringLiteral("lf"), QStringLiteral("status: two")}));
 }
 
 void tst_ServiceClient::lastLinesPrecedeTheLoss()
 {
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     service.write("status: stopping\nstatus: stopped\nstatus: r");
     service.close();
-    TRY_VERIFY(link.events.contains(down));
-    QCOMPARE(link.events, (QStringList{QStringLiteral("status: stopping"),
-                                       QStringLiteral("status: stopped"), down}));
+    TRY_VERIFY(watched.events.contains(down));
+    QCOMPARE(watched.events, (QStringList{QStringLiteral("status: stopping"),
+                                          QStringLiteral("status: stopped"), down}));
 }
 
 void tst_ServiceClient::commands_data()
@@ -606,82 +607,82 @@ void tst_ServiceClient::commands()
     QFETCH(QJsonObject, arguments);
     QFETCH(QByteArray, bytes);
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     QByteArray expected = bytes + '\n';
-    link.client->send(command, arguments);
+    watched.client->send(command, arguments);
     if (arguments.isEmpty()) {
-        link.client->send(command);
+        watched.client->send(command);
         expected += expected;
     }
     QTEST(arguments, "arguments");
-    link.client->send(QStringLiteral("end"));
+    watched.client->send(QStringLiteral("end"));
     TRY_COMPARE(service.received(), expected + "{\"cmd\":\"end\"}\n");
 }
 
 void tst_ServiceClient::commandLeavesAtOnce()
 {
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
-    link.client->send(ipc::protocol::connectCommand);
-    QCOMPARE(link.socket->bytesToWrite(), 0);
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
+    watched.client->send(ipc::protocol::connectCommand);
+    QCOMPARE(watched.socket->bytesToWrite(), 0);
     TRY_COMPARE(service.lines(), QList<QByteArray>{"{\"cmd\":\"connect\"}"});
 }
 
 void tst_ServiceClient::commandWithoutConnectionIsDropped()
 {
     ScriptedService service;
-    WatchedClient link;
-    link.onLink([&](bool connected) {
+    WatchedClient watched;
+    watched.onConnection([&](bool connected) {
         if (!connected) {
-            link.client->send(QStringLiteral("in the loss"));
+            watched.client->send(QStringLiteral("in the loss"));
         }
     });
-    link.client->send(QStringLiteral("before"));
-    QCOMPARE(link.socket->bytesToWrite(), 0);
-    QCOMPARE(link.socket->state(), QAbstractSocket::UnconnectedState);
+    watched.client->send(QStringLiteral("before"));
+    QCOMPARE(watched.socket->bytesToWrite(), 0);
+    QCOMPARE(watched.socket->state(), QAbstractSocket::UnconnectedState);
 
     service.listen();
-    link.client->connectToService();
-    QVERIFY(link.socket->state() != QAbstractSocket::ConnectedState);
-    QVERIFY(link.socket->state() != QAbstractSocket::UnconnectedState);
-    link.client->send(QStringLiteral("too early"));
-    QCOMPARE(link.socket->bytesToWrite(), 0);
-    QVERIFY(waitUntilConnected(service, link));
-    link.client->send(QStringLiteral("first"));
+    watched.client->connectToService();
+    QVERIFY(watched.socket->state() != QAbstractSocket::ConnectedState);
+    QVERIFY(watched.socket->state() != QAbstractSocket::UnconnectedState);
+    watched.client->send(QStringLiteral("too early"));
+    QCOMPARE(watched.socket->bytesToWrite(), 0);
+    QVERIFY(waitUntilConnected(service, watched));
+    watched.client->send(QStringLiteral("first"));
     TRY_COMPARE(service.lines(), QList<QByteArray>{"{\"cmd\":\"first\"}"});
 
     service.clear();
     service.reset();
-    TRY_VERIFY(link.events.contains(down));
-    link.client->send(QStringLiteral("while waiting"));
-    QVERIFY(waitUntilConnected(service, link));
-    link.client->send(QStringLiteral("second"));
+    TRY_VERIFY(watched.events.contains(down));
+    watched.client->send(QStringLiteral("while waiting"));
+    QVERIFY(waitUntilConnected(service, watched));
+    watched.client->send(QStringLiteral("second"));
     TRY_COMPARE(service.lines(), QList<QByteArray>{"{\"cmd\":\"second\"}"});
 }
 
 void tst_ServiceClient::greetingNeedsNoAnswer()
 {
     ScriptedService service;
-    WatchedClient link;
-    link.onLink([&](bool connected) {
+    WatchedClient watched;
+    watched.onConnection([&](bool connected) {
         if (connected) {
-            link.client->send(ipc::protocol::setLanguageCommand,
-                              {{ipc::protocol::languageKey, QStringLiteral("br")}});
-            link.client->send(ipc::protocol::setReferralCommand,
-                              {{ipc::protocol::referralCodeKey, QStringLiteral("abc123")}});
-            link.client->send(ipc::protocol::statusCommand);
+            watched.client->send(ipc::protocol::setLanguageCommand,
+                                 {{ipc::protocol::languageKey, QStringLiteral("br")}});
+            watched.client->send(ipc::protocol::setReferralCommand,
+                                 {{ipc::protocol::referralCodeKey, QStringLiteral("abc123")}});
+            watched.client->send(ipc::protocol::statusCommand);
         }
     });
     const QList<QByteArray> greeting = {R"({"cmd":"set-lang","lang":"br"})",
                                         R"({"cmd":"set-referral","code":"abc123"})",
                                         R"({"cmd":"status"})"};
-    QVERIFY(establish(service, link));
+    QVERIFY(establish(service, watched));
     TRY_COMPARE(service.lines(), greeting);
     service.clear();
     service.close();
-    QVERIFY(waitUntilConnected(service, link));
+    QVERIFY(waitUntilConnected(service, watched));
     TRY_COMPARE(service.lines(), greeting);
 }
 
@@ -696,7 +697,7 @@ void tst_ServiceClient::receiverWithEventLoop()
 {
     QFETCH(int, depth);
     ScriptedService service;
-    WatchedClient link;
+    WatchedClient watched;
     QStringList expected;
     const auto write = [&](const QByteArray &line) {
         expected.append(QString::fromLatin1(line));
@@ -705,35 +706,35 @@ void tst_ServiceClient::receiverWithEventLoop()
     int open = 0;
     int closed = 0;
     const auto workInDialog = [&] {
-        // The lines behind the one that opened the dialog, then more of them.
-        TRY_COMPARE(link.events, expected);
+        // First the lines behind the one that opened the dialog arrive, then later ones.
+        TRY_COMPARE(watched.events, expected);
         write("later 1");
-        TRY_COMPARE(link.events, expected);
+        TRY_COMPARE(watched.events, expected);
         service.write("later");
-        TRY_COMPARE(link.socket->bytesAvailable(), 5);
+        TRY_COMPARE(watched.socket->bytesAvailable(), 5);
         service.write(" 2\nlater 3\n");
         expected << QStringLiteral("later 2") << QStringLiteral("later 3");
-        TRY_COMPARE(link.events, expected);
+        TRY_COMPARE(watched.events, expected);
         if (open < depth) {
             expected << QStringLiteral("open") << QStringLiteral("behind");
             service.write("open\nbehind\n");
             TRY_COMPARE(closed, 1);
-            TRY_COMPARE(link.events, expected);
+            TRY_COMPARE(watched.events, expected);
         }
         service.write("last\nlost");
         service.close();
         expected << QStringLiteral("last") << down << up;
-        TRY_COMPARE(link.events, expected);
+        TRY_COMPARE(watched.events, expected);
         write("new 1");
-        TRY_COMPARE(link.events, expected);
+        TRY_COMPARE(watched.events, expected);
         service.reset();
         expected << down << up;
-        TRY_COMPARE(link.events, expected);
+        TRY_COMPARE(watched.events, expected);
         write("new 2");
-        TRY_COMPARE(link.events, expected);
+        TRY_COMPARE(watched.events, expected);
         ++closed;
     };
-    link.onLine([&](const QString &text) {
+    watched.onLine([&](const QString &text) {
         if (text == QLatin1String("open")) {
             ++open;
             QEventLoop dialog;
@@ -744,7 +745,7 @@ void tst_ServiceClient::receiverWithEventLoop()
             dialog.exec();
         }
     });
-    QVERIFY(establish(service, link));
+    QVERIFY(establish(service, watched));
 
     expected << QStringLiteral("before") << QStringLiteral("open") << QStringLiteral("behind 1")
              << QString() << QStringLiteral("behind 2");
@@ -754,9 +755,9 @@ void tst_ServiceClient::receiverWithEventLoop()
         return;
     }
     write("after");
-    TRY_COMPARE(link.events, expected);
+    TRY_COMPARE(watched.events, expected);
     QVERIFY(outwaitPendingReconnects());
-    QCOMPARE(link.events, expected);
+    QCOMPARE(watched.events, expected);
     QCOMPARE(service.connected(), 1);
     QVERIFY(shortestInterval(service.acceptTimes()) >= tooSoonMs);
 }
@@ -764,25 +765,25 @@ void tst_ServiceClient::receiverWithEventLoop()
 void tst_ServiceClient::lossWhileLinesWaitBehindAReceiver()
 {
     ScriptedService service;
-    WatchedClient link;
-    // Every line opens a dialog that stays until the link is back.
+    WatchedClient watched;
+    // Every line opens a dialog that stays until the connection is back.
     int open = 0;
-    link.onLine([&](const QString &text) {
+    watched.onLine([&](const QString &text) {
         if (text.startsWith(QLatin1String("open"))) {
             ++open;
-            TRY_VERIFY(link.events.contains(up));
+            TRY_VERIFY(watched.events.contains(up));
             --open;
         }
     });
-    QVERIFY(establish(service, link));
+    QVERIFY(establish(service, watched));
     service.write("open 1\nopen 2\nopen 3\n");
     service.close();
-    TRY_VERIFY(link.events.contains(up) && open == 0);
-    QCOMPARE(link.events, (QStringList{QStringLiteral("open 1"), QStringLiteral("open 2"),
-                                       QStringLiteral("open 3"), down, up}));
+    TRY_VERIFY(watched.events.contains(up) && open == 0);
+    QCOMPARE(watched.events, (QStringList{QStringLiteral("open 1"), QStringLiteral("open 2"),
+                                          QStringLiteral("open 3"), down, up}));
     service.sendLine("status: running");
-    TRY_COMPARE(link.events.size(), 6);
-    QCOMPARE(link.events.last(), QStringLiteral("status: running"));
+    TRY_COMPARE(watched.events.size(), 6);
+    QCOMPARE(watched.events.last(), QStringLiteral("status: running"));
 }
 
 namespace {
@@ -822,19 +823,19 @@ void work(qint64 costNs = 20'000)
 void tst_ServiceClient::floodLeavesRoomForOthers_data()
 {
     QTest::addColumn<bool>("lost");
-    QTest::newRow("while the link stands") << false;
-    QTest::newRow("when the link is lost behind it") << true;
+    QTest::newRow("while the connection stands") << false;
+    QTest::newRow("when the connection is lost behind it") << true;
 }
 
 void tst_ServiceClient::floodLeavesRoomForOthers()
 {
     QFETCH(bool, lost);
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     int sinceServed = 0;
     int longest = 0;
-    link.onLine([&](const QString &) {
+    watched.onLine([&](const QString &) {
         longest = std::max(longest, ++sinceServed);
         work();
     });
@@ -847,24 +848,24 @@ void tst_ServiceClient::floodLeavesRoomForOthers()
     }
     const QStringList after =
         QStringList{QStringLiteral("end")} + (lost ? QStringList{down} : QStringList{});
-    TRY_COMPARE(link.events.size(), floodLines + after.size());
-    QVERIFY(isFlood(link.events));
-    QCOMPARE(link.events.mid(floodLines), after);
+    TRY_COMPARE(watched.events.size(), floodLines + after.size());
+    QVERIFY(isFlood(watched.events));
+    QCOMPARE(watched.events.mid(floodLines), after);
     QVERIFY(longest < floodLines / 10);
 }
 
-// The whole of it is kept, and looked through for its end again with every portion.
+// The client keeps the whole line, and searches it for its end again with every portion.
 void tst_ServiceClient::endlessLineLeavesRoomForOthers()
 {
     constexpr int portions = 64;
     const QByteArray portion(1024 * 1024, 'x');
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     int unserved = 0;
     int longest = 0;
     int readings = 0;
-    connect(link.socket, &QTcpSocket::readyRead, this, [&] {
+    connect(watched.socket, &QTcpSocket::readyRead, this, [&] {
         ++readings;
         longest = std::max(longest, ++unserved);
     });
@@ -874,19 +875,19 @@ void tst_ServiceClient::endlessLineLeavesRoomForOthers()
     for (int i = 0; i < portions; ++i) {
         service.write(portion);
     }
-    TRY_COMPARE(link.socket->bytesAvailable(), qint64{portions} * portion.size());
-    QVERIFY(link.events.isEmpty());
+    TRY_COMPARE(watched.socket->bytesAvailable(), qint64{portions} * portion.size());
+    QVERIFY(watched.events.isEmpty());
 
     service.write("\nstatus: running\n");
-    TRY_COMPARE(link.events.size(), 2);
-    QCOMPARE(link.events.first().size(), portions * portion.size());
-    QCOMPARE(link.events.last(), QStringLiteral("status: running"));
-    QCOMPARE(link.socket->bytesAvailable(), 0);
+    TRY_COMPARE(watched.events.size(), 2);
+    QCOMPARE(watched.events.first().size(), portions * portion.size());
+    QCOMPARE(watched.events.last(), QStringLiteral("status: running"));
+    QCOMPARE(watched.socket->bytesAvailable(), 0);
 
     if (QSysInfo::kernelType() == QLatin1String{"winnt"}) {
         QSKIP("Timers mostly have to wait until all is read (seen under Wine only).");
     }
-    // How the system cuts what comes in is its own affair, and differs with its load.
+    // Into how many portions the system cuts the bytes differs with its load.
     QVERIFY(longest < readings / 2);
 }
 
@@ -901,16 +902,16 @@ void tst_ServiceClient::floodBeforeTheLoss()
 {
     QFETCH(qint64, costNs);
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
-    link.onLine([costNs](const QString &) { work(costNs); });
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
+    watched.onLine([costNs](const QString &) { work(costNs); });
     service.write(flood());
     service.close();
-    TRY_VERIFY(link.events.contains(down));
-    QCOMPARE(link.events.indexOf(down), floodLines);
-    QVERIFY(isFlood(link.events));
-    QVERIFY(waitUntilConnected(service, link));
-    QCOMPARE(link.events.mid(floodLines), (QStringList{down, up}));
+    TRY_VERIFY(watched.events.contains(down));
+    QCOMPARE(watched.events.indexOf(down), floodLines);
+    QVERIFY(isFlood(watched.events));
+    QVERIFY(waitUntilConnected(service, watched));
+    QCOMPARE(watched.events.mid(floodLines), (QStringList{down, up}));
 }
 
 void tst_ServiceClient::dialogInTheFloodBeforeTheLoss_data()
@@ -925,14 +926,14 @@ void tst_ServiceClient::dialogInTheFloodBeforeTheLoss()
 {
     QFETCH(int, opener);
     ScriptedService service;
-    WatchedClient link;
-    QVERIFY(establish(service, link));
+    WatchedClient watched;
+    QVERIFY(establish(service, watched));
     QStringList seenInDialog;
-    link.onLine([&](const QString &text) {
+    watched.onLine([&](const QString &text) {
         work();
         if (text == QString::number(opener)) {
-            TRY_VERIFY(link.events.contains(up));
-            seenInDialog = link.events;
+            TRY_VERIFY(watched.events.contains(up));
+            seenInDialog = watched.events;
         }
     });
     service.write(flood());
@@ -940,13 +941,13 @@ void tst_ServiceClient::dialogInTheFloodBeforeTheLoss()
     TRY_VERIFY(!seenInDialog.isEmpty());
     QCOMPARE(seenInDialog.mid(floodLines), (QStringList{down, up}));
     QVERIFY(isFlood(seenInDialog));
-    QCOMPARE(link.events.size(), seenInDialog.size());
-    QVERIFY(waitUntilConnected(service, link));
+    QCOMPARE(watched.events.size(), seenInDialog.size());
+    QVERIFY(waitUntilConnected(service, watched));
     QVERIFY(outwaitPendingReconnects());
-    QCOMPARE(link.events.size(), seenInDialog.size());
+    QCOMPARE(watched.events.size(), seenInDialog.size());
     QCOMPARE(service.connected(), 1);
 
-    link.client->send(QStringLiteral("status"));
+    watched.client->send(QStringLiteral("status"));
     TRY_COMPARE(service.lines(), QList<QByteArray>{R"({"cmd":"status"})"});
 }
 
@@ -963,31 +964,31 @@ void tst_ServiceClient::destroyed()
 {
     QFETCH(QString, when);
     ScriptedService service;
-    WatchedClient link;
+    WatchedClient watched;
     if (when == QLatin1String("connecting")) {
         service.listen();
-        link.client->connectToService();
-        QVERIFY(link.socket->state() != QAbstractSocket::UnconnectedState);
+        watched.client->connectToService();
+        QVERIFY(watched.socket->state() != QAbstractSocket::UnconnectedState);
     } else {
-        QVERIFY(establish(service, link));
+        QVERIFY(establish(service, watched));
     }
     if (when == QLatin1String("waiting")) {
         service.reset();
-        TRY_COMPARE(link.events, QStringList{down});
+        TRY_COMPARE(watched.events, QStringList{down});
     } else if (when == QLatin1String("reading")) {
-        link.onLine([](const QString &) { work(); });
+        watched.onLine([](const QString &) { work(); });
         service.write(flood());
-        TRY_VERIFY(!link.events.isEmpty());
-        QVERIFY(link.events.size() < floodLines);
+        TRY_VERIFY(!watched.events.isEmpty());
+        QVERIFY(watched.events.size() < floodLines);
     }
-    link.events.clear();
-    link.client.reset();
-    QVERIFY(link.socket.isNull());
-    const int attempts = link.attempts.size();
+    watched.events.clear();
+    watched.client.reset();
+    QVERIFY(watched.socket.isNull());
+    const int attempts = watched.attempts.size();
     TRY_COMPARE(service.connected(), 0);
     QVERIFY(outwaitPendingReconnects());
-    QVERIFY(link.events.isEmpty());
-    QCOMPARE(link.attempts.size(), attempts);
+    QVERIFY(watched.events.isEmpty());
+    QCOMPARE(watched.attempts.size(), attempts);
     QCOMPARE(service.connected(), 0);
     QVERIFY(service.accepted() <= 1);
 }
