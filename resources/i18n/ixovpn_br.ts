@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Código inválido — deve ter exatamente 6 letras ou números</translation>
+    <translation>Código inválido — deve ter exatamente 6&#xa0;letras ou números</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -180,7 +180,7 @@
   </message>
   <message>
     <source>Referral:</source>
-    <translation>Indicação:</translation>
+    <translation>Código de indicação:</translation>
   </message>
   <message>
     <source>Support</source>

@@ -41,7 +41,7 @@
   </message>
   <message>
     <source>Idle</source>
-    <translation>Neaktivní</translation>
+    <translation>Tunel není aktivní</translation>
   </message>
   <message>
     <source>Service connected</source>
@@ -69,7 +69,7 @@
   </message>
   <message>
     <source>Tunnel up</source>
-    <translation>Tunel aktivní</translation>
+    <translation>Tunel je aktivní</translation>
   </message>
   <message>
     <source>Waiting for service…</source>
@@ -80,7 +80,7 @@
   <name>ui::NoticeDialog</name>
   <message>
     <source>Notice</source>
-    <translation>Upozornění</translation>
+    <translation>Oznámení</translation>
   </message>
 </context>
 <context>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Neplatný kód — je třeba přesně 6 písmen nebo číslic</translation>
+    <translation>Neplatný kód — musí mít přesně 6&#xa0;písmen nebo číslic</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -172,7 +172,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>S dotazy k fungování VPN se obracejte na nás:</translation>
+    <translation>S&#xa0;dotazy k&#xa0;fungování VPN se obracejte na&#xa0;nás:</translation>
   </message>
   <message>
     <source>INFO</source>

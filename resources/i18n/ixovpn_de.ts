@@ -87,11 +87,11 @@
   <name>ui::ReferralDialog</name>
   <message>
     <source>Enter your referral code:</source>
-    <translation>Geben Sie Ihren Empfehlungscode ein:</translation>
+    <translation>Empfehlungscode eingeben:</translation>
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Ungültiger Code — genau 6 Buchstaben oder Ziffern erforderlich</translation>
+    <translation>Ungültiger Code — genau 6&#xa0;Buchstaben oder Ziffern erforderlich</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -172,7 +172,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>Bei Fragen zum VPN wenden Sie sich bitte an uns:</translation>
+    <translation>Bei Fragen zum VPN erreichen Sie uns hier:</translation>
   </message>
   <message>
     <source>INFO</source>

@@ -33,7 +33,7 @@
   </message>
   <message>
     <source>Failed</source>
-    <translation>Fallo</translation>
+    <translation>Conexión fallida</translation>
   </message>
   <message>
     <source>Fetching config…</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Código no válido — debe tener exactamente 6 letras o números</translation>
+    <translation>Código no válido — debe tener exactamente 6&#xa0;letras o números</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -180,7 +180,7 @@
   </message>
   <message>
     <source>Referral:</source>
-    <translation>Invitación:</translation>
+    <translation>Código de invitación:</translation>
   </message>
   <message>
     <source>Support</source>

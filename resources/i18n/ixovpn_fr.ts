@@ -87,11 +87,11 @@
   <name>ui::ReferralDialog</name>
   <message>
     <source>Enter your referral code:</source>
-    <translation>Saisissez votre code de parrainage&#xa0;:</translation>
+    <translation>Entrez votre code de parrainage&#xa0;:</translation>
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Code non valide — il doit comporter exactement 6 lettres ou chiffres</translation>
+    <translation>Code non valide — il doit comporter exactement 6&#xa0;lettres ou chiffres</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -176,11 +176,11 @@
   </message>
   <message>
     <source>INFO</source>
-    <translation>INFOS</translation>
+    <translation>INFORMATIONS</translation>
   </message>
   <message>
     <source>Referral:</source>
-    <translation>Parrainage&#xa0;:</translation>
+    <translation>Code de parrainage&#xa0;:</translation>
   </message>
   <message>
     <source>Support</source>

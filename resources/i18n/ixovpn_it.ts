@@ -33,7 +33,7 @@
   </message>
   <message>
     <source>Failed</source>
-    <translation>Non riuscito</translation>
+    <translation>Connessione fallita</translation>
   </message>
   <message>
     <source>Fetching config…</source>
@@ -65,7 +65,7 @@
   </message>
   <message>
     <source>Tap the switch to connect</source>
-    <translation>Toccare per connettersi</translation>
+    <translation>Tocca per connetterti</translation>
   </message>
   <message>
     <source>Tunnel up</source>
@@ -87,11 +87,11 @@
   <name>ui::ReferralDialog</name>
   <message>
     <source>Enter your referral code:</source>
-    <translation>Inserire il codice invito:</translation>
+    <translation>Inserisci il tuo codice invito:</translation>
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Codice non valido — servono esattamente 6 lettere o cifre</translation>
+    <translation>Codice non valido — servono esattamente 6&#xa0;lettere o cifre</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -164,7 +164,7 @@
   </message>
   <message>
     <source>Click to copy</source>
-    <translation>Fare clic per copiare</translation>
+    <translation>Fai clic per copiare</translation>
   </message>
   <message>
     <source>Copied!</source>
@@ -172,7 +172,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>Per domande sul funzionamento della VPN è possibile contattarci qui:</translation>
+    <translation>Per domande sul funzionamento della VPN puoi contattarci qui:</translation>
   </message>
   <message>
     <source>INFO</source>
@@ -192,7 +192,7 @@
   </message>
   <message>
     <source>Your ID:</source>
-    <translation>ID utente:</translation>
+    <translation>Il tuo ID:</translation>
   </message>
 </context>
 </TS>

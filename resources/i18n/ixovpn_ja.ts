@@ -5,7 +5,7 @@
   <name>MainWindow</name>
   <message>
     <source>Config %1 bytes</source>
-    <translation>構成: %1 バイト</translation>
+    <translation>構成: %1バイト</translation>
   </message>
   <message>
     <source>Connected</source>
@@ -33,7 +33,7 @@
   </message>
   <message>
     <source>Failed</source>
-    <translation>失敗しました</translation>
+    <translation>接続失敗</translation>
   </message>
   <message>
     <source>Fetching config…</source>
@@ -49,7 +49,7 @@
   </message>
   <message>
     <source>Service is not running</source>
-    <translation>サービス停止中</translation>
+    <translation>サービスが起動していません</translation>
   </message>
   <message>
     <source>Settings</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>コードが無効です — 半角英数字6文字で入力してください</translation>
+    <translation>コードが無効です — 6文字の半角英数字で入力してください</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -172,7 +172,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>VPNの動作に関するご質問は、こちらまでお問い合わせください:</translation>
+    <translation>VPNの動作に関するお問い合わせはこちら:</translation>
   </message>
   <message>
     <source>INFO</source>

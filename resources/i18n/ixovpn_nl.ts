@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Ongeldige code — precies 6 letters of cijfers vereist</translation>
+    <translation>Ongeldige code — precies 6&#xa0;letters of cijfers vereist</translation>
   </message>
   <message>
     <source>Referral Code</source>

@@ -41,7 +41,7 @@
   </message>
   <message>
     <source>Idle</source>
-    <translation>Nieaktywny</translation>
+    <translation>Tunel nieaktywny</translation>
   </message>
   <message>
     <source>Service connected</source>
@@ -49,7 +49,7 @@
   </message>
   <message>
     <source>Service is not running</source>
-    <translation>Usługa nie działa</translation>
+    <translation>Usługa nie jest uruchomiona</translation>
   </message>
   <message>
     <source>Settings</source>
@@ -73,7 +73,7 @@
   </message>
   <message>
     <source>Waiting for service…</source>
-    <translation>Czekanie na usługę…</translation>
+    <translation>Oczekiwanie na usługę…</translation>
   </message>
 </context>
 <context>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Nieprawidłowy kod — wymagane dokładnie 6 liter lub cyfr</translation>
+    <translation>Nieprawidłowy kod — wymagane dokładnie 6&#xa0;liter lub cyfr</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -172,7 +172,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>W razie pytań dotyczących działania VPN prosimy o kontakt:</translation>
+    <translation>W&#xa0;razie pytań dotyczących działania VPN prosimy o&#xa0;kontakt:</translation>
   </message>
   <message>
     <source>INFO</source>

@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Código inválido — tem de ter exatamente 6 letras ou algarismos</translation>
+    <translation>Código inválido — tem de ter exatamente 6&#xa0;letras ou algarismos</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -180,7 +180,7 @@
   </message>
   <message>
     <source>Referral:</source>
-    <translation>Convite:</translation>
+    <translation>Código de convite:</translation>
   </message>
   <message>
     <source>Support</source>

@@ -49,7 +49,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Служба подключена</translation>
+    <translation>Подключено к службе</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -95,7 +95,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Неверный код — нужно ровно 6 букв или цифр</translation>
+    <translation>Неверный код — нужно ровно 6&#xa0;латинских букв или цифр</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -176,7 +176,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>По всем вопросам о работе VPN обращайтесь к нам:</translation>
+    <translation>По вопросам работы VPN пишите нам:</translation>
   </message>
   <message>
     <source>INFO</source>

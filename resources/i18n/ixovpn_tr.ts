@@ -45,7 +45,7 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Hizmete bağlandı</translation>
+    <translation>Hizmete bağlı</translation>
   </message>
   <message>
     <source>Service is not running</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Geçersiz kod — tam 6 harf veya rakamdan oluşmalı</translation>
+    <translation>Geçersiz kod — tam 6&#xa0;İngilizce harf veya rakamdan oluşmalı</translation>
   </message>
   <message>
     <source>Referral Code</source>

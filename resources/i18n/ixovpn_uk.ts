@@ -45,11 +45,11 @@
   </message>
   <message>
     <source>Service connected</source>
-    <translation>Службу підключено</translation>
+    <translation>Підключено до служби</translation>
   </message>
   <message>
     <source>Service is not running</source>
-    <translation>Служба не працює</translation>
+    <translation>Службу не запущено</translation>
   </message>
   <message>
     <source>Settings</source>
@@ -91,7 +91,7 @@
   </message>
   <message>
     <source>Invalid code — must be exactly 6 letters or digits</source>
-    <translation>Неправильний код — потрібно рівно 6 літер або цифр</translation>
+    <translation>Неправильний код — потрібно рівно 6&#xa0;латинських літер або цифр</translation>
   </message>
   <message>
     <source>Referral Code</source>
@@ -172,7 +172,7 @@
   </message>
   <message>
     <source>For any questions about VPN operation, please contact us:</source>
-    <translation>З усіх питань щодо роботи VPN звертайтеся до нас:</translation>
+    <translation>З&#xa0;питань роботи VPN звертайтеся до&#xa0;нас:</translation>
   </message>
   <message>
     <source>INFO</source>
