@@ -18,7 +18,7 @@
 using servicesim::Simulator;
 
 // Only a test that fails anyway waits this long.
-constexpr int patienceMs = 300'000;
+constexpr int patienceMs = 60'000;
 
 #define TRY_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, patienceMs)
 #define TRY_VERIFY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, patienceMs)

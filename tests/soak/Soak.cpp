@@ -36,10 +36,6 @@ constexpr QPoint besideMenu{350, 300};
 constexpr QPoint theSwitch{180, 200};
 constexpr QPoint aside{1270, 1010};
 
-// In the order of the settings page.
-constexpr std::array languageTags{"en", "ru", "de", "fr", "es", "it", "pt",
-                                  "br", "ja", "nl", "pl", "tr", "uk", "cs"};
-
 template <typename Array> constexpr int sizeOf(const Array &all)
 {
     return static_cast<int>(all.size());
@@ -134,7 +130,8 @@ void Soak::start()
 void Soak::warmUp()
 {
     const Counts none = counts;
-    for (int row = sizeOf(languageTags); row > 0;) {
+    languageTags = look().languages;
+    for (int row = languageTags.size(); row > 0;) {
         switchTo(--row);
     }
     for (int round = 0; round < 2; ++round) {
@@ -256,7 +253,7 @@ void Soak::compare(const Holdings &before, const Holdings &after) const
 void Soak::comparePictures()
 {
     note(QStringLiteral("compare with a fresh program"));
-    switchTo(pick(1, sizeOf(languageTags) - 1));
+    switchTo(pick(1, languageTags.size() - 1));
     QList<QByteArray> lines{"status: running",
                             "status: stopping",
                             "status: stopped",
@@ -395,8 +392,8 @@ void Soak::waitForConnection()
 
 void Soak::chooseLanguage()
 {
-    int row = pick(0, sizeOf(languageTags) - 2);
-    if (model.language == QLatin1String{at(languageTags, row)}) {
+    int row = pick(0, languageTags.size() - 2);
+    if (model.language == languageTags.at(row)) {
         ++row;
     }
     switchTo(row);
@@ -404,7 +401,7 @@ void Soak::chooseLanguage()
 
 void Soak::switchTo(int row)
 {
-    const QString tag = QString::fromLatin1(at(languageTags, row));
+    const QString tag = languageTags.at(row);
     note(QStringLiteral("choose ") + tag);
     openMenu();
     press(support::ClientSession::settingsRow);

@@ -134,6 +134,7 @@ private:
     QLocalSocket witness;
     QTranslator translator;
     fuzz::DisplayModel model;
+    QStringList languageTags;
     QPoint origin;
     /// The program has shown the loss of the connection, and no line has been sent since.
     bool down = false;

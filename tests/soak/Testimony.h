@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 namespace soak {
 
@@ -16,6 +17,8 @@ struct Testimony
     ui::ToggleSwitch::State state;
     QString status;
     QString pill;
+    /// The tags of the settings page, in its order.
+    QStringList languages;
     /// The text of the notice that is open.
     QString notice;
     /// The class of the open dialog; empty if there is none, or Qt does not regard it as active

@@ -4,6 +4,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QComboBox>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
@@ -71,6 +72,18 @@ QString textOf(const char *className)
     return label != nullptr ? label->text() : QString{};
 }
 
+QString languages()
+{
+    QStringList tags;
+    if (const QWidget *const page = widgetOf("ui::SettingsDialog")) {
+        const auto *const combo = page->findChild<QComboBox *>();
+        for (int row = 0; row < combo->count(); ++row) {
+            tags += combo->itemData(row).toString();
+        }
+    }
+    return tags.join(QLatin1Char{' '});
+}
+
 bool isVisible(const char *className)
 {
     const QWidget *const widget = widgetOf(className);
@@ -123,6 +136,7 @@ QJsonObject Witness::testimony()
     told[QStringLiteral("menu")] = isMenuOpen();
     told[QStringLiteral("menuShows")] = isVisible("ui::SideMenu");
     told[QStringLiteral("settings")] = isVisible("ui::SettingsDialog");
+    told[QStringLiteral("languages")] = languages();
     told[QStringLiteral("support")] = isVisible("ui::SupportDialog");
 
     told[QStringLiteral("buttonDown")] = QGuiApplication::mouseButtons() != Qt::NoButton;

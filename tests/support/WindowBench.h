@@ -30,7 +30,7 @@ namespace support {
 /// Waits for a condition, with patience for the slowest machine.
 template <typename Condition> [[nodiscard]] bool waitFor(Condition condition)
 {
-    constexpr int patienceMs = 300'000;
+    constexpr int patienceMs = 60'000;
     return QTest::qWaitFor(condition, patienceMs);
 }
 
