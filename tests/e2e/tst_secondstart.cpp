@@ -67,22 +67,19 @@ QByteArray place()
     return access(login.constData(), W_OK) == 0 ? login + "/ixovpn" : "/tmp/ixovpn-" + user;
 }
 
-// Fills the socket's queue with requests, and returns their number.
-int fillChannel()
+// A socket for requests to the first start; -1 while it does not listen.
+int connectToChannel()
 {
     const int channel = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     const QByteArray path = place() + "/show";
     std::copy(path.begin(), path.end(), address.sun_path);
-    int sent = 0;
-    while (sendto(channel, "", 0, 0, reinterpret_cast<const sockaddr *>(&address),
-                  sizeof address) == 0) {
-        ++sent;
+    if (connect(channel, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) {
+        return channel;
     }
-    const bool full = errno == EAGAIN;
     close(channel);
-    return full ? sent : 0;
+    return -1;
 }
 
 void addWindowManagers()
@@ -262,9 +259,14 @@ void tst_SecondStart::firstHangs()
     QVERIFY(takesTheService(service));
     QProcess *const first = startFirst(service);
     QVERIFY(first != nullptr);
+    int channel = -1;
+    QVERIFY(waitFor([&channel] { return (channel = connectToChannel()) >= 0; }));
     const auto hung = static_cast<pid_t>(first->processId());
     ::kill(hung, SIGSTOP);
-    QVERIFY(fillChannel() > 0);
+    while (send(channel, "", 0, 0) == 0) {
+    }
+    QCOMPARE(errno, EAGAIN);
+    close(channel);
     QCOMPARE(exitCode(*startClient(withoutDisplay())), 0);
     ::kill(hung, SIGCONT);
     QVERIFY(isRunning(*first));
