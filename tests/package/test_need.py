@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What scripts/need says where it cannot install anything: one sentence, with every package."""
+"""What scripts/need lists, and says where it cannot install anything: every package by its name."""
 
 import subprocess
 import tempfile
@@ -13,7 +13,7 @@ TOOLS = ["bash", "env", "grep", "sed", "sort"]
 class Machine(unittest.TestCase):
     """A machine with ccache, one of the two packages of the groups, and these programs only."""
 
-    def need(self, **programs):
+    def need(self, *options, **programs):
         with tempfile.TemporaryDirectory() as folder:
             for name in TOOLS:
                 Path(folder, name).symlink_to(Path("/usr/bin", name))
@@ -22,7 +22,7 @@ class Machine(unittest.TestCase):
                 path.write_text(f"#!/usr/bin/bash\n{script}\n")
                 path.chmod(0o755)
             return subprocess.run(
-                ["/usr/bin/bash", NEED, "cache", "soak"],
+                ["/usr/bin/bash", NEED, *options, "soak", "cache", "soak"],
                 env={"PATH": folder},
                 stdin=subprocess.DEVNULL,
                 capture_output=True,
@@ -42,6 +42,10 @@ class Machine(unittest.TestCase):
     def test_another_distribution(self):
         ran = self.need()
         self.check(ran, "no Debian", "IXOVPN_NEED=none", ": ccache libfaketime\n")
+
+    def test_list(self):
+        ran = self.need("--list")
+        self.assertEqual((ran.returncode, ran.stdout, ran.stderr), (0, "ccache\nlibfaketime\n", ""))
 
     def test_no_sudo(self):
         self.check(self.debian(1234), "no sudo", ": libfaketime\n")
