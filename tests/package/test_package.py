@@ -38,7 +38,7 @@ DEBIAN_FILES = {
     "share/doc/ixovpn-client/copyright",
     "share/lintian/overrides/ixovpn-client",
 }
-PORTABLE_FILES = {"NEEDS.txt", "README.txt", "THIRD-PARTY-NOTICES.txt", "licence.md"}
+PORTABLE_FILES = {"LICENSE", "NEEDS.txt", "README.txt", "THIRD-PARTY-NOTICES.txt"}
 
 
 def only(pattern):
