@@ -13,11 +13,13 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QSignalSpy>
+#include <QStyleHints>
 #include <QTest>
 #include <QTimer>
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 using support::display;
 using support::WindowBench;
@@ -110,6 +112,9 @@ private Q_SLOTS:
     void oneAfterTheOther();
     void thirdWaits();
     void everyWayOfClosing();
+    void doubleClickOnOk();
+    void heldKey_data();
+    void heldKey();
     void messagesGoOnBehindIt();
     void clicksGoOnBehindIt();
     void connectionLossBehindIt();
@@ -241,6 +246,80 @@ void tst_MainWindowNotices::everyWayOfClosing()
     QVERIFY(bench.say(numberedNotices(4)));
     QVERIFY(support::waitFor([&] { return reader.texts.size() == 4 && reader.atOnce == 0; }));
     QCOMPARE(reader.texts, textsOf(numberedNotices(4)));
+}
+
+// A second click at the place of the first one is the second half of a double click.
+void tst_MainWindowNotices::doubleClickOnOk()
+{
+    QStyleHints *const hints = QGuiApplication::styleHints();
+    const int interval = hints->mouseDoubleClickInterval();
+    hints->setMouseDoubleClickInterval(std::numeric_limits<int>::max());
+    const auto restored = qScopeGuard([=] { hints->setMouseDoubleClickInterval(interval); });
+
+    WindowBench bench;
+    QVERIFY(bench.greeted());
+    NoticeReader reader;
+    reader.leavesOpen = true;
+    const auto click = [](const QWidget &window, const QPoint &place) {
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, window.mapFromGlobal(place));
+    };
+    QPoint place;
+    QList<bool> closed;
+    reader.meanwhile = [&](ui::NoticeDialog &notice) {
+        if (place.isNull()) {
+            const auto *const ok =
+                notice.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+            place = ok->mapToGlobal(ok->rect().center());
+            click(notice, place);
+            return;
+        }
+        for (int i = 0; i < 2; ++i) {
+            click(notice, place);
+            closed.append(!notice.isVisible());
+        }
+    };
+    QVERIFY(bench.say({"status: running", "notice: one", "notice: two"}));
+    QVERIFY(support::waitFor([&] { return closed.size() == 2; }));
+    const QList<bool> expected{false, true};
+    QCOMPARE(closed, expected);
+
+    const QPoint onTheSwitch = bench.toggle()->mapToGlobal(bench.toggle()->rect().center());
+    bench.window->move(bench.window->pos() + place - onTheSwitch);
+    click(*bench.window, place);
+    QVERIFY(bench.sent().isEmpty());
+}
+
+void tst_MainWindowNotices::heldKey_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Enter") << Qt::Key_Return;
+    QTest::newRow("Enter among the digits") << Qt::Key_Enter;
+    QTest::newRow("Escape") << Qt::Key_Escape;
+}
+
+void tst_MainWindowNotices::heldKey()
+{
+    QFETCH(Qt::Key, key);
+    WindowBench bench;
+    QVERIFY(bench.greeted());
+    NoticeReader reader;
+    reader.leavesOpen = true;
+    QList<bool> closed;
+    reader.meanwhile = [&](ui::NoticeDialog &notice) {
+        QVERIFY(QTest::qWaitForWindowActive(&notice));
+        const auto press = [&](bool repeated) {
+            QTest::simulateEvent(notice.windowHandle(), true, key, Qt::NoModifier, {}, repeated);
+            closed.append(!notice.isVisible());
+        };
+        press(!closed.isEmpty());
+        if (notice.isVisible()) {
+            press(false);
+        }
+    };
+    QVERIFY(bench.say({"notice: one", "notice: two"}));
+    QVERIFY(support::waitFor([&] { return closed.size() >= 2 && reader.atOnce == 0; }));
+    const QList<bool> expected{true, false, true};
+    QCOMPARE(closed, expected);
 }
 
 void tst_MainWindowNotices::messagesGoOnBehindIt()

@@ -12,8 +12,10 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPointer>
+#include <QPropertyAnimation>
 #include <QPushButton>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QSystemTrayIcon>
 #include <QTest>
 #include <QTimer>
@@ -47,6 +49,15 @@ void saveCode(const ui::ReferralDialog &dialog, const QString &code)
     }
 }
 
+constexpr QPoint menuButtonPlace{48, 34};
+constexpr QPoint backButtonPlace{36, 34};
+
+/// Through the window: who gets the second half is for Qt to find.
+void doubleClick(const WindowBench &bench, const QPoint &place)
+{
+    QTest::mouseDClick(bench.window->windowHandle(), Qt::LeftButton, {}, place);
+}
+
 } // namespace
 
 class tst_MainWindowPages : public QObject
@@ -58,6 +69,13 @@ private Q_SLOTS:
 
     void menuButtonOpensTheMenu();
     void enterOpensTheMenu();
+    void doubleClickOpensOnlyTheMenu_data();
+    void doubleClickOpensOnlyTheMenu();
+    void doubleClickOnARow();
+    void doubleClickOnTheBackButton();
+    void clickAfterADoubleClick();
+    void doubleClickOnTheSwitch();
+    void heldEnterGoesBackOnce();
     void settingsPageCoversTheScreen_data();
     void settingsPageCoversTheScreen();
     void supportPageCoversTheScreen();
@@ -93,6 +111,76 @@ void tst_MainWindowPages::enterOpensTheMenu()
     bench.menuButton()->setFocus();
     QTest::keyClick(bench.window->windowHandle(), Qt::Key_Return);
     QVERIFY(bench.sideMenu()->isVisible());
+}
+
+void tst_MainWindowPages::doubleClickOpensOnlyTheMenu_data()
+{
+    QTest::addColumn<int>("slid");
+    QTest::newRow("before a row is there") << 0;
+    QTest::newRow("when a row is there") << 180;
+}
+
+void tst_MainWindowPages::doubleClickOpensOnlyTheMenu()
+{
+    QFETCH(int, slid);
+    const WindowBench bench{WindowBench::Service::IsAway};
+    auto *const slide = bench.sideMenu()->findChild<QPropertyAnimation *>();
+    connect(bench.menuButton(), &QToolButton::clicked, slide,
+            [slide, slid] { slide->setCurrentTime(slid); });
+    const QSignalSpy requests{bench.sideMenu(), &ui::SideMenu::settingsRequested};
+    doubleClick(bench, menuButtonPlace);
+    QCOMPARE(requests.size(), 0);
+    QTRY_COMPARE(slide->state(), QAbstractAnimation::Stopped);
+    QVERIFY(bench.sideMenu()->isVisible());
+}
+
+void tst_MainWindowPages::doubleClickOnARow()
+{
+    const WindowBench bench{WindowBench::Service::IsAway};
+    bench.sideMenu()->openMenu();
+    bench.sideMenu()->findChild<QPropertyAnimation *>()->setCurrentTime(180);
+    // The page's back button appears there.
+    doubleClick(bench, backButtonPlace);
+    QVERIFY(bench.settingsPage()->isVisible());
+}
+
+void tst_MainWindowPages::doubleClickOnTheBackButton()
+{
+    const WindowBench bench{WindowBench::Service::IsAway};
+    Q_EMIT bench.sideMenu()->settingsRequested();
+    doubleClick(bench, backButtonPlace);
+    QVERIFY(!bench.settingsPage()->isVisible());
+    QVERIFY(!bench.sideMenu()->isVisible());
+}
+
+void tst_MainWindowPages::clickAfterADoubleClick()
+{
+    const WindowBench bench{WindowBench::Service::IsAway};
+    Q_EMIT bench.sideMenu()->settingsRequested();
+    doubleClick(bench, backButtonPlace);
+    QTest::mouseClick(bench.window->windowHandle(), Qt::LeftButton, {}, backButtonPlace);
+    QVERIFY(bench.sideMenu()->isVisible());
+}
+
+void tst_MainWindowPages::doubleClickOnTheSwitch()
+{
+    const WindowBench bench{WindowBench::Service::IsAway};
+    const QSignalSpy presses{bench.toggle(), &ui::ToggleSwitch::toggled};
+    doubleClick(bench, bench.toggle()->geometry().center());
+    QCOMPARE(presses.size(), 2);
+}
+
+void tst_MainWindowPages::heldEnterGoesBackOnce()
+{
+    const WindowBench bench{WindowBench::Service::IsAway};
+    QVERIFY(QTest::qWaitForWindowActive(bench.window.get()));
+    Q_EMIT bench.sideMenu()->settingsRequested();
+    for (const bool repeated : {false, true}) {
+        QTest::simulateEvent(bench.window->windowHandle(), true, Qt::Key_Return, Qt::NoModifier,
+                             QStringLiteral("\r"), repeated);
+    }
+    QVERIFY(!bench.settingsPage()->isVisible());
+    QVERIFY(!bench.sideMenu()->isVisible());
 }
 
 void tst_MainWindowPages::settingsPageCoversTheScreen_data()

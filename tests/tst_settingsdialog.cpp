@@ -7,7 +7,6 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
@@ -378,9 +377,6 @@ void tst_SettingsDialog::enterGoesBack()
     page->openPage(QStringLiteral("en"));
     QVERIFY(PageParts{page}.back->hasFocus());
     QTest::keyClick(window->windowHandle(), key);
-    QCOMPARE(emitted, QStringList{QStringLiteral("close")});
-    QKeyEvent held{QEvent::KeyPress, key, Qt::NoModifier, QString{}, true};
-    QCoreApplication::sendEvent(PageParts{page}.back, &held);
     QCOMPARE(emitted, QStringList{QStringLiteral("close")});
 }
 

@@ -9,6 +9,7 @@
 #include "ui/LiveLabel.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
+#include "ui/PressFilter.h"
 #include "ui/ReferralCode.h"
 #include "ui/ReferralDialog.h"
 #include "ui/SettingsDialog.h"
@@ -118,6 +119,7 @@ MainWindow::MainWindow(QWidget *parent)
     setWindowIcon(QIcon{QStringLiteral(":/assets/tray_icon.ico")});
 
     ui::accessibility::install();
+    new ui::PressFilter{this};
     buildMainScreen();
     buildPages();
     buildServices();

@@ -11,10 +11,7 @@ ToolButton::ToolButton(QWidget *parent)
 void ToolButton::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        // Repeated, the key would press the next widget with focus.
-        if (!event->isAutoRepeat()) {
-            click();
-        }
+        click();
     } else {
         QToolButton::keyPressEvent(event);
     }

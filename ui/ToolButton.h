@@ -4,7 +4,7 @@
 
 namespace ui {
 
-/// A tool button that Enter presses, too, but only once while the key is held.
+/// A tool button that Enter presses, too.
 class ToolButton : public QToolButton
 {
     Q_OBJECT
