@@ -26,4 +26,13 @@ void LiveLabel::announceChange(const QString &text_)
     }
 }
 
+void LiveLabel::setCovered(bool covered)
+{
+    if (covered) {
+        textWhenCovered = text();
+    } else if (text() != textWhenCovered) {
+        announce(text());
+    }
+}
+
 } // namespace ui

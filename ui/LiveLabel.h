@@ -17,6 +17,11 @@ public:
     virtual void announce(const QString &text);
     /// As announce(), but does nothing if the label has this text.
     void announceChange(const QString &text);
+    /// An overlay covers the label, or does so no longer. What has changed meanwhile is announced.
+    void setCovered(bool covered);
+
+private:
+    QString textWhenCovered;
 };
 
 } // namespace ui

@@ -1,5 +1,7 @@
 #include "ui/Overlay.h"
 
+#include "ui/LiveLabel.h"
+
 #include <QHideEvent>
 #include <QShowEvent>
 
@@ -86,7 +88,10 @@ void Overlay::notifySiblings(const QEvent &cause, QAccessible::Event notificatio
         return;
     }
     for (QWidget *sibling : qAsConst(siblings)) {
-        if (sibling->isVisible()) {
+        // The notification of a live label that appears would be read out, old or new.
+        if (auto *const label = qobject_cast<LiveLabel *>(sibling)) {
+            label->setCovered(notification == QAccessible::ObjectHide);
+        } else if (sibling->isVisible()) {
             QAccessibleEvent event{sibling, notification};
             QAccessible::updateAccessibility(&event);
         }

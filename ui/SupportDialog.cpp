@@ -91,7 +91,6 @@ void SupportDialog::addCopyRow(const QString &value, const char *text)
     const CopyRow row{widget, new QLabel{widget}, new CopyButton{value, widget}, text};
     row.button->setObjectName(QStringLiteral("copy"));
     row.button->setProperty(copyValueProperty, value);
-    row.caption->setBuddy(row.button);
 
     auto *const line = new QHBoxLayout{widget};
     line->setContentsMargins(0, 0, 0, 0);
