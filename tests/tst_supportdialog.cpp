@@ -94,6 +94,7 @@ private Q_SLOTS:
     void keyboardGoesRoundInThePage();
     void keysCopy_data();
     void keysCopy();
+    void clickLeavesTheKeyboardWhereItIs();
     void escapeGoesBack();
 
 private:
@@ -654,6 +655,23 @@ void tst_SupportDialog::keysCopy()
     button(1)->setFocus();
     QTest::keyClick(window->windowHandle(), static_cast<Qt::Key>(key));
     QCOMPARE(clipboard(), id);
+}
+
+void tst_SupportDialog::clickLeavesTheKeyboardWhereItIs()
+{
+    window->show();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    page->openPage();
+    QTest::mouseClick(button(0), Qt::LeftButton);
+    QCOMPARE(button(0)->text(), copied);
+    QVERIFY(PageParts{page}.back->hasFocus());
+    // Who uses the keyboard sees where it is.
+    const QImage without = button(0)->grab().toImage();
+    // Past the link.
+    QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+    QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+    QVERIFY(button(0)->hasFocus());
+    QVERIFY(button(0)->grab().toImage() != without);
 }
 
 void tst_SupportDialog::escapeGoesBack()

@@ -11,6 +11,8 @@ CopyButton::CopyButton(const QString &text, QWidget *parent)
     : QPushButton(text, parent)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // A click would leave the mark of the focus, which is for those who use the keyboard.
+    setFocusPolicy(Qt::TabFocus);
     // Outside dialogs Enter would have no effect.
     setAutoDefault(true);
 }
