@@ -9,7 +9,11 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QScrollBar>
 #include <QSettings>
+#include <QStyle>
+#include <QStyleFactory>
 #include <QTest>
 #include <QToolButton>
 #include <QTranslator>
@@ -58,6 +62,8 @@ private Q_SLOTS:
     void enterGoesBack_data();
     void enterGoesBack();
     void listIsDarkAllOver();
+    void listShowsEveryLanguage_data();
+    void listShowsEveryLanguage();
 
 private:
     QLabel *section() const { return page->findChild<QLabel *>(QStringLiteral("section")); }
@@ -396,6 +402,36 @@ void tst_SettingsDialog::listIsDarkAllOver()
         QVERIFY(QColor{picture.pixel(middle, i)}.lightness() < darkest);
         QVERIFY(QColor{picture.pixel(middle, picture.height() - 1 - i)}.lightness() < darkest);
     }
+    combo->hidePopup();
+}
+
+void tst_SettingsDialog::listShowsEveryLanguage_data()
+{
+    QTest::addColumn<QString>("style");
+    const QStringList styles = QStyleFactory::keys();
+    for (const QString &style : styles) {
+        QTest::newRow(qPrintable(style)) << style;
+    }
+}
+
+void tst_SettingsDialog::listShowsEveryLanguage()
+{
+    QFETCH(QString, style);
+    const QString before = QApplication::style()->objectName();
+    QApplication::setStyle(style);
+    const auto restored = qScopeGuard([&before] { QApplication::setStyle(before); });
+    window->show();
+    page->openPage(QStringLiteral("en"));
+    combo->showPopup();
+    const QAbstractItemView *const list = combo->view();
+    QTRY_VERIFY(list->isVisible());
+    for (const int row : {0, combo->count() - 1}) {
+        const QRect place = list->visualRect(combo->model()->index(row, 0));
+        QVERIFY(place.top() >= 0);
+        QVERIFY(place.bottom() < list->viewport()->height());
+    }
+    QVERIFY(!list->verticalScrollBar()->isVisible());
+    QVERIFY(!list->horizontalScrollBar()->isVisible());
     combo->hidePopup();
 }
 

@@ -51,6 +51,8 @@ SettingsDialog::SettingsDialog(QWidget *parent)
         languageCombo->addItem(QString::fromUtf8(language.name),
                                QString{QLatin1String{language.tag}});
     }
+    // Not every style shows them all by itself.
+    languageCombo->setMaxVisibleItems(languageCombo->count());
     languageLabel->setBuddy(languageCombo);
     // The page's style sheet does not reach the frame of the list.
     languageCombo->view()->parentWidget()->setStyleSheet(QStringLiteral("background: #1B1D3D;"));
