@@ -75,6 +75,7 @@ private Q_SLOTS:
     void init();
 
     void titleSizeAndIcon();
+    void titleIsCentred();
     void pillBackground();
     void menuButtonStyle();
     void menuButtonHasNoIndicator();
@@ -106,6 +107,14 @@ void tst_MainWindow::titleSizeAndIcon()
     QCOMPARE(icon, QIcon{QStringLiteral(":/assets/tray_icon.ico")}.pixmap(iconSize).toImage());
 }
 
+void tst_MainWindow::titleIsCentred()
+{
+    const WindowBench bench{WindowBench::Service::IsAway};
+    const QRect title = bench.title()->geometry();
+    const int beside = bench.window->width() - title.width();
+    QCOMPARE(title.left(), beside / 2);
+}
+
 void tst_MainWindow::pillBackground()
 {
     const WindowBench bench{WindowBench::Service::IsAway};
@@ -132,7 +141,7 @@ void tst_MainWindow::menuButtonStyle()
     plain.setFont(button->font());
     plain.setStyleSheet(QStringLiteral("border: none; padding: 0px; margin: 0px;"));
     plain.ensurePolished();
-    QCOMPARE(button->sizeHint() - plain.sizeHint(), (QSize{2 * 10, 2 * 6}));
+    QCOMPARE(button->QToolButton::sizeHint() - plain.sizeHint(), (QSize{2 * 10, 2 * 6}));
 }
 
 void tst_MainWindow::menuButtonHasNoIndicator()

@@ -4,13 +4,15 @@
 
 namespace ui {
 
-/// A tool button that Enter presses, too.
+/// A tool button that Enter presses, too, and whose size hint keeps to a size that was set.
 class ToolButton : public QToolButton
 {
     Q_OBJECT
 
 public:
     explicit ToolButton(QWidget *parent);
+
+    QSize sizeHint() const override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
