@@ -1,5 +1,6 @@
 #include "app/Identity.h"
 #include "tests/support/PageParts.h"
+#include "tests/support/Painted.h"
 #include "ui/Catalogue.h"
 #include "ui/ReferralCode.h"
 #include "ui/ReferralDialog.h"
@@ -12,6 +13,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
@@ -62,6 +64,7 @@ private Q_SLOTS:
     void storedBeforeItIsAnnounced();
     void messageHasItsColourAtOnce();
     void growsWithTheMessage();
+    void contextMenuIsDark();
     void anotherTryAfterAnError();
     void enterSavesOnce();
     void enterOnTheButton();
@@ -345,6 +348,16 @@ void tst_ReferralDialog::growsWithTheMessage()
     save->click();
     QCoreApplication::sendPostedEvents();
     QCOMPARE(dialog->height(), grown);
+}
+
+void tst_ReferralDialog::contextMenuIsDark()
+{
+    const std::unique_ptr<QMenu> menu{edit->createStandardContextMenu()};
+    menu->ensurePolished();
+    menu->resize(menu->sizeHint());
+    const QRect item = menu->actionGeometry(menu->actions().constFirst());
+    QCOMPARE(support::painted(*menu).pixelColor(item.left() + 3, item.center().y()),
+             QColor(0x23, 0x25, 0x48));
 }
 
 void tst_ReferralDialog::anotherTryAfterAnError()

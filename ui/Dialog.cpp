@@ -1,5 +1,7 @@
 #include "ui/Dialog.h"
 
+#include "ui/MenuStyle.h"
+
 #include <QVBoxLayout>
 
 namespace ui {
@@ -12,7 +14,7 @@ Dialog::Dialog(const QString &styleSheet, int minimumWidth, const QMargins &marg
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setStyleSheet(QStringLiteral("QDialog { background: #1B1D3D; }"
                                  "QLabel { color: #F2F2FA; font-size: 13px; }") +
-                  styleSheet);
+                  menuStyle() + styleSheet);
     setModal(true);
     setMinimumWidth(minimumWidth);
     setAttribute(Qt::WA_QuitOnClose, false);

@@ -7,6 +7,7 @@
 #include "ui/CachedPicture.h"
 #include "ui/Catalogue.h"
 #include "ui/LiveLabel.h"
+#include "ui/MenuStyle.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
 #include "ui/PressFilter.h"
@@ -50,11 +51,7 @@ QString mainStyle()
         "QToolButton#menu { background: rgba(255, 255, 255, 25); color: #F2F2FA; border: none;"
         " border-radius: 12px; padding: 6px 10px; font-size: 16px; font-weight: 700; }"
         "QToolButton#menu::menu-indicator { image: none; }"
-        "QToolButton#menu:hover { background: rgba(255, 255, 255, 50); }"
-        "QMenu { background: #232548; color: #F2F2FA; border: 1px solid rgba(255,255,255,30);"
-        " border-radius: 8px; padding: 6px 0; }"
-        "QMenu::item { padding: 8px 24px; background: transparent; }"
-        "QMenu::item:selected { background: rgba(255,255,255,30); }");
+        "QToolButton#menu:hover { background: rgba(255, 255, 255, 50); }");
 }
 
 /// The dark gradient with the faint world map behind the main screen. It is repainted with every
@@ -131,7 +128,7 @@ MainWindow::MainWindow(QWidget *parent)
 void MainWindow::buildMainScreen()
 {
     auto *const background = new RootBackground{this};
-    background->setStyleSheet(mainStyle());
+    background->setStyleSheet(mainStyle() + ui::menuStyle());
     setCentralWidget(background);
 
     menuButton = new ui::ToolButton{background};
