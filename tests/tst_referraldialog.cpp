@@ -54,6 +54,7 @@ private Q_SLOTS:
     void texts();
     void storedCodeIsShown_data();
     void storedCodeIsShown();
+    void storedCodeIsSelected();
     void endlessStoredCode();
     void validEntries_data();
     void validEntries();
@@ -64,6 +65,7 @@ private Q_SLOTS:
     void storedBeforeItIsAnnounced();
     void messageHasItsColourAtOnce();
     void growsWithTheMessage();
+    void shorterMessageMovesNothing();
     void contextMenuIsDark();
     void anotherTryAfterAnError();
     void enterSavesOnce();
@@ -180,6 +182,15 @@ void tst_ReferralDialog::storedCodeIsShown()
     }
     const ui::ReferralDialog later{nullptr};
     QTEST(later.findChild<QLineEdit *>()->text(), "shown");
+}
+
+void tst_ReferralDialog::storedCodeIsSelected()
+{
+    QSettings{}.setValue(codeKey, QStringLiteral("ABC123"));
+    ui::ReferralDialog later{nullptr};
+    later.show();
+    QVERIFY(QTest::qWaitForWindowActive(&later));
+    QCOMPARE(later.findChild<QLineEdit *>()->selectedText(), QStringLiteral("ABC123"));
 }
 
 void tst_ReferralDialog::endlessStoredCode()
@@ -348,6 +359,25 @@ void tst_ReferralDialog::growsWithTheMessage()
     save->click();
     QCoreApplication::sendPostedEvents();
     QCOMPARE(dialog->height(), grown);
+}
+
+void tst_ReferralDialog::shorterMessageMovesNothing()
+{
+    dialog->show();
+    save->click();
+    QCoreApplication::sendPostedEvents();
+    const auto places = [this] {
+        const auto *const prompt = dialog->findChild<QLabel *>();
+        return QList<QRect>{dialog->geometry(), prompt->geometry(), edit->geometry(),
+                            status()->geometry(), buttons->geometry()};
+    };
+    const QList<QRect> before = places();
+    const int twoLines = status()->heightForWidth(status()->width());
+    type(QStringLiteral("ABC123"));
+    save->click();
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(status()->heightForWidth(status()->width()) < twoLines);
+    QCOMPARE(places(), before);
 }
 
 void tst_ReferralDialog::contextMenuIsDark()

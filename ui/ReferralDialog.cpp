@@ -50,10 +50,14 @@ ReferralDialog::ReferralDialog(QWidget *parent)
     promptLabel->setBuddy(codeEdit);
     codeEdit->setMaxLength(12);
     codeEdit->setText(storedReferralCode());
+    codeEdit->selectAll();
 
     statusLabel = new LiveLabel{{}, this};
     statusLabel->setObjectName(QStringLiteral("status"));
     statusLabel->setWordWrap(true);
+    // The room that a longer message has needed stays with the label.
+    statusLabel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+    statusLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     statusLabel->hide();
 
     auto *const buttons = new QDialogButtonBox{this};
