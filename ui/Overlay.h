@@ -8,8 +8,8 @@ namespace ui {
 /// A child that covers the whole of its parent while it is shown: the side menu and the pages.
 ///
 /// Focus stays on a visible overlay: Tab goes round among its own widgets. Assistive technology is
-/// told that the covered siblings have gone, and that they are back when no overlay is left. Of live
-/// labels it is told only what has changed meanwhile: it would read out their return.
+/// told that the covered siblings have gone, and that they are back when no overlay is left; of
+/// live labels, whose return it would read out, only what has changed meanwhile.
 class Overlay : public QWidget
 {
     Q_OBJECT
