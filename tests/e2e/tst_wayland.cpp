@@ -23,6 +23,7 @@ private Q_SLOTS:
     void init();
 
     void windowIsShownWhole();
+    void onlyX11ProgramsFollowXftDpi();
     void closeWithoutTray();
     void hiddenWindowComesBack();
     void secondStartBringsTheWindowToTheFront();
@@ -67,6 +68,22 @@ void tst_Wayland::windowIsShownWhole()
     QCOMPARE(window.shell, shell);
     QVERIFY(window.visible);
     QVERIFY(window.focused);
+}
+
+// Native programs are enlarged by the compositor, and would be twice.
+void tst_Wayland::onlyX11ProgramsFollowXftDpi()
+{
+    QFETCH_GLOBAL(QString, platform);
+    Sway sway;
+    QCOMPARE(
+        sway.programs
+            .run(QStringLiteral("sh"),
+                 {QStringLiteral("-c"), QStringLiteral("echo Xft.dpi: 144 | xrdb -nocpp -merge")})
+            .exitCode,
+        0);
+    startClient(sway);
+    const QSize expected = platform == QLatin1String{"xcb"} ? QSize{540, 840} : QSize{360, 560};
+    QVERIFY(waitFor([&] { return sway.windows(clientTitle()).value(0).size == expected; }));
 }
 
 void tst_Wayland::closeWithoutTray()
