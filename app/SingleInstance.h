@@ -20,12 +20,15 @@ public:
     SingleInstance &operator=(const SingleInstance &) = delete;
 
     /// Takes the lock and returns true, or asks the client that holds it to show its window and
-    /// returns false. The request has no effect while that client has no window yet or, on Windows,
-    /// if its window is on another user's desktop.
+    /// returns false. The request has no effect while that client has neither a window nor a queue
+    /// or, on Windows, if its window is on another user's desktop.
     ///
     /// Call it once, before the application object exists: on X11 that removes the launcher's
     /// start-up ID, which the first client needs, from the environment.
     bool claim();
+
+    /// From now on requests of later starts wait for a ShowRequests. No effect on Windows.
+    void queueRequests();
 
     /// While it exists, requests of later starts show, raise and activate the window. Needs the
     /// application object.

@@ -127,6 +127,7 @@ class SingleInstance::Private
 {
 public:
     std::optional<LockedFolder> locked;
+    Descriptor channel;
 };
 
 SingleInstance::SingleInstance()
@@ -149,22 +150,29 @@ bool SingleInstance::claim()
     return true;
 }
 
+void SingleInstance::queueRequests()
+{
+    if (!d->locked || d->channel.isOpen()) {
+        return;
+    }
+    // A socket of an earlier client, which has ended.
+    const sockaddr_un address = channelAddress(d->locked->path);
+    unlink(address.sun_path);
+    Descriptor channel = openSocket();
+    if (bind(channel.get(), generic(address), sizeof address) == 0) {
+        d->channel = std::move(channel);
+    }
+}
+
 class SingleInstance::ShowRequests::Private
 {
 public:
-    Private(const std::string &folder, QWidget *window_)
+    Private(Descriptor channel_, QWidget *window_)
         : window(window_)
-        , channel(openSocket())
+        , channel(std::move(channel_))
+        , notifier(channel.get(), QSocketNotifier::Read)
     {
-        // A socket of an earlier client, which has ended.
-        const sockaddr_un address = channelAddress(folder);
-        unlink(address.sun_path);
-        if (bind(channel.get(), generic(address), sizeof address) != 0) {
-            return;
-        }
-        notifier = std::make_unique<QSocketNotifier>(channel.get(), QSocketNotifier::Read);
-        QObject::connect(notifier.get(), &QSocketNotifier::activated, window,
-                         [this] { onReadable(); });
+        QObject::connect(&notifier, &QSocketNotifier::activated, window, [this] { onReadable(); });
     }
 
 private:
@@ -184,12 +192,16 @@ private:
 
     QWidget *window;
     Descriptor channel;
-    std::unique_ptr<QSocketNotifier> notifier;
+    QSocketNotifier notifier;
 };
 
 SingleInstance::ShowRequests::ShowRequests(SingleInstance &instance, QWidget *window)
-    : d(instance.d->locked ? std::make_unique<Private>(instance.d->locked->path, window) : nullptr)
-{}
+{
+    instance.queueRequests();
+    if (instance.d->channel.isOpen()) {
+        d = std::make_unique<Private>(std::move(instance.d->channel), window);
+    }
+}
 
 SingleInstance::ShowRequests::~ShowRequests() = default;
 

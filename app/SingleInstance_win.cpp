@@ -77,6 +77,8 @@ bool SingleInstance::claim()
     return true;
 }
 
+void SingleInstance::queueRequests() {}
+
 class SingleInstance::ShowRequests::Private
 {
 public:

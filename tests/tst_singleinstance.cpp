@@ -95,6 +95,7 @@ private Q_SLOTS:
     void laterStartBringsBackAMinimisedWindow();
     void laterStartLeavesAVisibleWindowVisible();
     void laterStartBeforeThereIsAWindow();
+    void queuedRequest();
     void requestWithStartupId_data();
     void requestWithStartupId();
     void anyDatagramIsARequest_data();
@@ -236,6 +237,20 @@ void tst_SingleInstance::laterStartBeforeThereIsAWindow()
     const SingleInstance::ShowRequests requests{first, &window};
     QCoreApplication::processEvents();
     QVERIFY(!window.isVisible());
+}
+
+void tst_SingleInstance::queuedRequest()
+{
+    SingleInstance first;
+    QVERIFY(first.claim());
+    first.queueRequests();
+    {
+        SingleInstance later;
+        QVERIFY(!later.claim());
+    }
+    QWidget window;
+    const SingleInstance::ShowRequests requests{first, &window};
+    QTRY_VERIFY(window.isVisible());
 }
 
 void tst_SingleInstance::requestWithStartupId_data()
