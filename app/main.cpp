@@ -1,6 +1,7 @@
 #include "app/Application.h"
 #include "app/QtEnvironment.h"
 #include "app/SelfTest.h"
+#include "app/SessionStart.h"
 #include "app/SingleInstance.h"
 #include "app/StartupTranslator.h"
 #include "ui/MainWindow.h"
@@ -28,6 +29,7 @@ int main(int argc, char *argv[])
     }
 
     // 3. The application object, with its names and version.
+    const app::SessionStart sessionStart;
     app::Application application{argc, argv};
 
     // 4. The self-test, if a locale was given; otherwise a normal run without a claim.
@@ -36,10 +38,13 @@ int main(int argc, char *argv[])
         return app::selftest::run(application, arguments);
     }
 
-    // 5. The normal run. Where no file can be written, QSettings keeps a choice in memory while one
-    //    of its objects exists.
+    // 5. The normal run, after a wait for the tray if the session started it. Where no file can be
+    //    written, QSettings keeps a choice in memory while one of its objects exists.
     const QSettings settings;
     app::installStartupTranslator(application);
+    if (!sessionStart.waitForTray(instance)) {
+        return 0;
+    }
     MainWindow window;
     const app::SingleInstance::ShowRequests showRequests{instance, &window};
     window.show();

@@ -1,5 +1,6 @@
 #include "tests/support/Client.h"
 #include "tests/support/ClientSession.h"
+#include "tests/support/Contents.h"
 #include "tests/support/SessionManager.h"
 #include "tests/support/TrayHost.h"
 
@@ -14,13 +15,28 @@ using support::SessionManager;
 using support::TrayHost;
 using support::waitFor;
 
-/// The real program in a desktop session that changes around it: trays that go and come back, and
-/// the user who logs out.
+namespace {
+
+/// How a session starts a program.
+enum class Start { Restored, Autostarted };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Start)
+
+/// The real program in a desktop session that changes around it: one that begins, trays that go and
+/// come back, and the user who logs out.
 class tst_DesktopSession : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void sessionStartGetsAnIcon_data();
+    void sessionStartGetsAnIcon();
+    void sessionStartWithoutTray();
+    void sessionStartNearTray();
+    void ordinaryStartDoesNotWait();
+    void logOutWhileItWaits();
     void embeddingTrayRestarted();
     void busTrayRestarted();
     void trayGoneForGood();
@@ -28,12 +44,31 @@ private Q_SLOTS:
     void logOut();
 
 private:
+    /// Starts the program as a session does, and waits until it waits for a tray.
+    static bool startWaiting(ClientSession &session, Start start = Start::Restored);
     static bool hides(ClientSession &session);
     static bool hidesIn(const TrayHost &host, ClientSession &session);
     static bool comesBackByIcon(ClientSession &session);
     /// Waits until the tray accepts icons.
     static QProcess *startTrayer(ClientSession &session);
 };
+
+bool tst_DesktopSession::startWaiting(ClientSession &session, Start start)
+{
+    if (start == Start::Autostarted) {
+        session.setVariable(QStringLiteral("DESKTOP_AUTOSTART_ID"), QStringLiteral("any"));
+    }
+    // Its patience lasts longer than any of this.
+    session.setPace(0.1);
+    session.client = session.start(
+        clientProgram(), start == Start::Restored
+                             ? QStringList{QStringLiteral("-session"), QStringLiteral("any")}
+                             : QStringList{});
+    session.setVariable(QStringLiteral("LD_PRELOAD"), {});
+    // It hears of later starts from then on.
+    return waitFor(
+        [] { return support::contents(QStringLiteral("/proc/net/unix")).contains("/show\n"); });
+}
 
 bool tst_DesktopSession::hides(ClientSession &session)
 {
@@ -67,6 +102,85 @@ QProcess *tst_DesktopSession::startTrayer(ClientSession &session)
     QProcess *const trayer = session.start(QStringLiteral("trayer"));
     waitFor([&session] { return session.isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
     return trayer;
+}
+
+void tst_DesktopSession::sessionStartGetsAnIcon_data()
+{
+    QTest::addColumn<Start>("start");
+    QTest::addColumn<bool>("onBus");
+    QTest::newRow("restored, embedding tray") << Start::Restored << false;
+    QTest::newRow("restored, tray on the bus") << Start::Restored << true;
+    QTest::newRow("autostarted, embedding tray") << Start::Autostarted << false;
+}
+
+// Sessions start programs before the tray is up.
+void tst_DesktopSession::sessionStartGetsAnIcon()
+{
+    QFETCH(const Start, start);
+    QFETCH(const bool, onBus);
+    ClientSession session;
+    session.startSessionBus();
+    QVERIFY(startWaiting(session, start));
+    // Nor does a second start hurry it: the icon would be lost.
+    QCOMPARE(session.run(clientProgram()).exitCode, 0);
+    QVERIFY(session.windows(clientTitle()).isEmpty());
+
+    std::unique_ptr<TrayHost> host;
+    if (onBus) {
+        host = std::make_unique<TrayHost>(session.environment());
+    } else {
+        startTrayer(session);
+    }
+    QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
+    session.window = session.visibleWindows(clientTitle()).first();
+    if (onBus) {
+        QVERIFY(waitFor([&] { return host->items().size() == 1; }));
+    }
+    QVERIFY(hides(session));
+    QVERIFY(onBus || comesBackByIcon(session));
+}
+
+void tst_DesktopSession::sessionStartWithoutTray()
+{
+    ClientSession session;
+    session.hurry();
+    session.client =
+        session.start(clientProgram(), {QStringLiteral("-session"), QStringLiteral("any")});
+    QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
+    session.close(session.visibleWindows(clientTitle()).first());
+    QVERIFY(waitFor([&] { return session.client->state() == QProcess::NotRunning; }));
+    QCOMPARE(session.client->exitCode(), 0);
+}
+
+void tst_DesktopSession::sessionStartNearTray()
+{
+    ClientSession session;
+    startTrayer(session);
+    session.setPace(0.001);
+    session.client =
+        session.start(clientProgram(), {QStringLiteral("-session"), QStringLiteral("any")});
+    QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
+}
+
+void tst_DesktopSession::ordinaryStartDoesNotWait()
+{
+    ClientSession session;
+    session.setPace(0.001);
+    QVERIFY(session.startClient());
+}
+
+void tst_DesktopSession::logOutWhileItWaits()
+{
+    SessionManager manager;
+    ClientSession session;
+    session.setVariable(QStringLiteral("SESSION_MANAGER"), manager.address());
+    QVERIFY(startWaiting(session));
+    QVERIFY(waitFor([&] { return manager.members() == 1; }));
+    manager.logOut();
+    QVERIFY(waitFor([&] { return session.client->state() == QProcess::NotRunning; }));
+    QCOMPARE(session.client->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(session.client->exitCode(), 0);
+    QCOMPARE(session.client->readAllStandardError(), QByteArray{});
 }
 
 void tst_DesktopSession::embeddingTrayRestarted()

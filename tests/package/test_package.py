@@ -102,7 +102,7 @@ class DebianPackage(Unpacked):
     def test_needs_qt_and_no_scripts(self):
         depends = output_of("dpkg-deb", "-f", self.deb, "Depends")
         self.assertRegex(depends, r"\blibc6 \(>= ")
-        for name in "core", "gui", "widgets", "network", "x11extras":
+        for name in "core", "dbus", "gui", "widgets", "network", "x11extras":
             self.assertRegex(depends, rf"\blibqt5{name}5(a|t64)? \(>= ")
         control = output_of("dpkg-deb", "--ctrl-tarfile", self.deb, encoding="latin-1")
         for script in "preinst", "postinst", "prerm", "postrm":

@@ -13,8 +13,6 @@ constexpr QPoint menuButton{48, 34};
 // Outside every window.
 constexpr QPoint aside{1270, 1010};
 
-constexpr int hurryRate = 10;
-
 } // namespace
 
 QByteArray setLanguage(const QByteArray &tag)
@@ -32,15 +30,15 @@ QByteArray askStatus()
     return QByteArrayLiteral(R"({"cmd":"status"})");
 }
 
-void ClientSession::hurry()
+void ClientSession::setPace(double pace)
 {
     const QString clock = QStringLiteral(IXOVPN_CLOCK);
     if (!clock.isEmpty()) {
         setVariable(QStringLiteral("LD_PRELOAD"), clock);
         // Converting the time stamps of files would take longer than the program's start.
         setVariable(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
-        setVariable(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(hurryRate));
-        betweenPicturesMs /= hurryRate;
+        setVariable(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(pace));
+        betweenPicturesMs = static_cast<int>(betweenPicturesMs / pace);
     }
 }
 

@@ -1,0 +1,28 @@
+#pragma once
+
+namespace app {
+
+class SingleInstance;
+
+/// A client that the session starts is often up before the tray, and its window takes an icon only
+/// from a tray that is there.
+///
+/// The session starts a client with Qt's option -session, as session managers that restore it do
+/// and as an autostart entry should, or with DESKTOP_AUTOSTART_ID in the environment.
+class SessionStart
+{
+public:
+    /// Call it before the application object exists: GTK, which a theme of Qt loads, removes the
+    /// variable.
+    SessionStart();
+
+    /// After a start by the session it waits for a tray, up to 10 s; requests of later starts wait
+    /// with it. Returns false if the application was told to quit meanwhile. Needs the application
+    /// object.
+    bool waitForTray(SingleInstance &instance) const;
+
+private:
+    bool autostarted;
+};
+
+} // namespace app

@@ -1,0 +1,86 @@
+#include "app/SessionStart.h"
+
+#include "app/SingleInstance.h"
+
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QTimer>
+#include <QX11Info>
+
+#include <cstdlib>
+#include <memory>
+
+#include <xcb/xcb.h>
+
+namespace app {
+
+namespace {
+
+constexpr int limitMs = 10'000;
+constexpr int intervalMs = 100;
+// QCoreApplication::exit() ends every loop, with 0.
+constexpr int carryOn = 1;
+
+bool hasEmbeddingTray()
+{
+    if (!QX11Info::isPlatformX11()) {
+        return false;
+    }
+    xcb_connection_t *const server = QX11Info::connection();
+    const QByteArray name = "_NET_SYSTEM_TRAY_S" + QByteArray::number(QX11Info::appScreen());
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom{
+        xcb_intern_atom_reply(
+            server,
+            xcb_intern_atom(server, 0, static_cast<uint16_t>(name.size()), name.constData()),
+            nullptr),
+        &std::free};
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner{
+        atom ? xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, atom->atom),
+                                             nullptr)
+             : nullptr,
+        &std::free};
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+bool hasTrayOnBus()
+{
+    const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+    return QDBusInterface{watcher, QStringLiteral("/StatusNotifierWatcher"), watcher,
+                          QDBusConnection::sessionBus()}
+        .property("IsStatusNotifierHostRegistered")
+        .toBool();
+}
+
+// QSystemTrayIcon must not be asked yet: it asks the session bus once and keeps the answer.
+bool hasTray()
+{
+    return hasEmbeddingTray() || hasTrayOnBus();
+}
+
+} // namespace
+
+SessionStart::SessionStart()
+    : autostarted(qEnvironmentVariableIsSet("DESKTOP_AUTOSTART_ID"))
+{}
+
+bool SessionStart::waitForTray(SingleInstance &instance) const
+{
+    if ((!autostarted && !qGuiApp->isSessionRestored()) || hasTray()) {
+        return true;
+    }
+    instance.queueRequests();
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&loop] {
+        if (hasTray()) {
+            loop.exit(carryOn);
+        }
+    });
+    poll.start(intervalMs);
+    QTimer::singleShot(limitMs, &loop, [&loop] { loop.exit(carryOn); });
+    return loop.exec() == carryOn;
+}
+
+} // namespace app
