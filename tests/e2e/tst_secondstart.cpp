@@ -503,6 +503,8 @@ void tst_SecondStart::bringsTheDialogToTheFront()
     QVERIFY(waitFor([&] { return desktop.visibleWindows(noticeTitle).size() == 1; }));
     const Desktop::Window window = desktop.visibleWindows(clientTitle()).first();
     const Desktop::Window notice = desktop.visibleWindows(noticeTitle).first();
+    // Until it has decided about the dialog, the window manager may bring its parent back.
+    QVERIFY(waitFor([&] { return desktop.activeWindow() == notice; }));
     desktop.minimise(window);
     QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).isEmpty(); }));
 
