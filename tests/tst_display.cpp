@@ -85,7 +85,7 @@ void tst_Display::displayOf_data()
                                           "status: fetchin",
                                           "status: Failed",
                                           "status: subscription_expired!",
-                                          "status: paused",
+                                          "status: xyzzy",
                                           "status: Connected",
                                           "error:",
                                           "Error: no route",

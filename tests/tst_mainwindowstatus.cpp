@@ -164,7 +164,7 @@ void tst_MainWindowStatus::meaninglessLines_data()
         QTest::newRow(name) << QByteArray{line};
     };
     row("nothing", "");
-    row("unknown word", "status: paused");
+    row("unknown word", "status: xyzzy");
     row("no blank after the prefix", "status:running");
     row("own command", R"({"cmd":"connect"})");
     row("no text at all", "\xff\xfe\x01\x02");

@@ -95,7 +95,7 @@ void tst_Protocol::states_data()
     row("subscription_expired ", ServiceState::Unknown);
     row("Failed", ServiceState::Unknown);
     row("faile", ServiceState::Unknown);
-    row("paused", ServiceState::Unknown);
+    row("xyzzy", ServiceState::Unknown);
     row("", ServiceState::Unknown);
 }
 

@@ -373,6 +373,9 @@ void tst_ReferralDialog::shorterMessageMovesNothing()
     };
     const QList<QRect> before = places();
     const int twoLines = status()->heightForWidth(status()->width());
+    if (twoLines < 2 * status()->fontMetrics().lineSpacing()) {
+        QSKIP("In this font the longer message takes one line too");
+    }
     type(QStringLiteral("ABC123"));
     save->click();
     QCoreApplication::sendPostedEvents();

@@ -1,4 +1,5 @@
 #include "tests/support/ClientSession.h"
+#include "tests/support/Languages.h"
 #include "tests/support/StatusPanel.h"
 #include "tests/support/StoredSettings.h"
 
@@ -23,7 +24,6 @@ namespace {
 using Window = support::Desktop::Window;
 
 constexpr QPoint languageList{200, 128};
-constexpr int languageCount = 14;
 
 // The caption of the settings page keeps the language in which the window was made.
 constexpr QRect settingsCaption{0, 72, 360, 24};
@@ -164,8 +164,8 @@ void tst_Pages::languageByMouse()
     QVERIFY(waitFor([&] { return session.unmanagedWindows().size() == 1; }));
     const QRect list = session.geometry(session.unmanagedWindows().first());
     constexpr int polish = 10;
-    session.click(
-        {list.center().x(), list.top() + list.height() * (2 * polish + 1) / (2 * languageCount)});
+    const int rows = support::languageTags().size();
+    session.click({list.center().x(), list.top() + list.height() * (2 * polish + 1) / (2 * rows)});
     QVERIFY(waitFor([&] { return session.unmanagedWindows().isEmpty(); }));
     session.pressKey(QStringLiteral("Tab"));
     session.pressKey(QStringLiteral("space"));
