@@ -30,8 +30,10 @@ public:
     static constexpr QPoint backButton{32, 30};
 
     /// With another build of the program than the tests' own, if a path is given.
-    explicit ClientSession(const QString &path = clientProgram())
-        : program(path)
+    explicit ClientSession(const QString &path = clientProgram(),
+                           WindowManager manager = WindowManager::Openbox)
+        : Desktop(manager)
+        , program(path)
     {}
 
     /// Makes the clock of programs that are started from now on ten times as fast, which shortens

@@ -32,6 +32,9 @@ constexpr uint32_t fromUser = 2;
 
 constexpr uint32_t iconicState = 3;
 
+// The frame's north-western corner, x and y given.
+constexpr uint32_t cornerByUser = XCB_GRAVITY_NORTH_WEST | 1U << 8 | 1U << 9 | fromUser << 12;
+
 template <typename Reply> std::unique_ptr<Reply, decltype(&std::free)> owned(Reply *reply)
 {
     return {reply, &std::free};
@@ -109,6 +112,12 @@ public:
         return {values, values + found->value_len};
     }
 
+    bool hasState(Window window, const char *state) const
+    {
+        const auto states = property(static_cast<xcb_window_t>(window), "_NET_WM_STATE");
+        return std::find(states.begin(), states.end(), atom(state)) != states.end();
+    }
+
     void askWindowManager(Window window, const char *what, std::array<uint32_t, 5> details) const
     {
         xcb_client_message_event_t event = {};
@@ -158,6 +167,11 @@ Desktop::Desktop(WindowManager manager)
         setVariable(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
         start(QStringLiteral("metacity"),
               {QStringLiteral("--sm-disable"), QStringLiteral("--no-composite")});
+        break;
+    case WindowManager::Xfwm4:
+        startSessionBus();
+        start(QStringLiteral("xfwm4"),
+              {QStringLiteral("--sm-client-disable"), QStringLiteral("--compositor=off")});
         break;
     }
     // A window manager announces itself before it manages windows; one shown in between stays
@@ -211,10 +225,8 @@ QList<Desktop::Window> Desktop::windows(const QString &title) const
 QList<Desktop::Window> Desktop::visibleWindows(const QString &title) const
 {
     QList<Window> found = windows(title);
-    const xcb_atom_t hidden = server->atom("_NET_WM_STATE_HIDDEN");
-    const auto cannotBeSeen = [this, hidden](Window window) {
-        const auto states = server->property(static_cast<xcb_window_t>(window), "_NET_WM_STATE");
-        return !isMapped(window) || std::find(states.begin(), states.end(), hidden) != states.end();
+    const auto cannotBeSeen = [this](Window window) {
+        return !isMapped(window) || server->hasState(window, "_NET_WM_STATE_HIDDEN");
     };
     found.erase(std::remove_if(found.begin(), found.end(), cannotBeSeen), found.end());
     return found;
@@ -240,6 +252,11 @@ bool Desktop::isMapped(Window window) const
 {
     const auto attributes = server->attributes(static_cast<xcb_window_t>(window));
     return attributes != nullptr && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+bool Desktop::wantsAttention(Window window) const
+{
+    return server->hasState(window, "_NET_WM_STATE_DEMANDS_ATTENTION");
 }
 
 Desktop::Window Desktop::activeWindow() const
@@ -279,6 +296,13 @@ void Desktop::activate(Window window) const
 void Desktop::minimise(Window window) const
 {
     server->askWindowManager(window, "WM_CHANGE_STATE", {iconicState});
+}
+
+void Desktop::move(Window window, const QPoint &corner) const
+{
+    server->askWindowManager(
+        window, "_NET_MOVERESIZE_WINDOW",
+        {cornerByUser, static_cast<uint32_t>(corner.x()), static_cast<uint32_t>(corner.y())});
 }
 
 void Desktop::close(Window window) const

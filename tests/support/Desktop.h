@@ -32,7 +32,9 @@ public:
     enum class WindowManager {
         Openbox,
         /// Has focus-stealing prevention.
-        Metacity
+        Metacity,
+        /// Brings a session bus with it, which it needs for its settings.
+        Xfwm4
     };
 
     using Outcome = Programs::Outcome;
@@ -79,12 +81,16 @@ public:
     /// Whether some program holds the selection, for example `_NET_SYSTEM_TRAY_S0`.
     bool isSelectionOwned(const char *name) const;
     bool isMapped(Window window) const;
+    /// As a task bar shows it.
+    bool wantsAttention(Window window) const;
     /// Without the frame, in screen coordinates; null if the window is gone.
     QRect geometry(Window window) const;
 
     /// Returns when the window has the focus.
     void activate(Window window) const;
     void minimise(Window window) const;
+    /// As the user does who drags it: the frame's corner, which may lie outside of the screen.
+    void move(Window window, const QPoint &corner) const;
     /// As the title bar's close button does.
     void close(Window window) const;
 
