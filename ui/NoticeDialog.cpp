@@ -1,10 +1,12 @@
 #include "ui/NoticeDialog.h"
 
 #include "ui/LinkLabel.h"
+#include "ui/QuietWindow.h"
 #include "ui/SafeMarkup.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QDialogButtonBox>
+#include <QGuiApplication>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -114,6 +116,11 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
     }
     // Qt by itself would limit the size to two thirds of the screen.
     resize(width, std::min(height, maximum.height()));
+
+    // Whoever types into another program must not find his words here, nor his Enter.
+    if (QGuiApplication::applicationState() != Qt::ApplicationActive) {
+        comeUpQuietly(this);
+    }
 }
 
 } // namespace ui

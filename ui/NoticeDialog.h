@@ -8,7 +8,8 @@ namespace ui {
 ///
 /// It shows safeMarkup() of the text. Links open outside the program and leave the dialog open. A
 /// notice that is too large for the screen scrolls above the button. The dialog does not follow a
-/// change of language.
+/// change of language. Made while none of the program's windows has the keyboard, it does not take
+/// it, and asks for attention.
 class NoticeDialog : public Dialog
 {
     Q_OBJECT

@@ -1,0 +1,210 @@
+#include "tests/support/ClientSession.h"
+
+#include <QTest>
+
+#include <functional>
+#include <map>
+#include <memory>
+
+using support::clientProgram;
+using support::ClientSession;
+using support::clientTitle;
+using support::Desktop;
+using support::waitFor;
+using WindowManager = Desktop::WindowManager;
+
+namespace {
+
+/// Where the window is while its user does something else.
+enum class Whereabouts { Behind, Minimised, InTray };
+
+constexpr QRect trayArea{0, 0, 300, 32};
+
+/// A desktop with a tray and the client, linked to its service.
+class Workplace : public ClientSession
+{
+public:
+    explicit Workplace(WindowManager manager)
+        : ClientSession(clientProgram(), manager)
+    {
+        start(QStringLiteral("trayer"),
+              {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
+               QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
+               QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
+               QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
+        waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+        service.listen();
+        hurry();
+        keepAll();
+    }
+
+    QList<Window> notices() const { return visibleWindows(QStringLiteral("Notice")); }
+    bool isShown() const { return visibleWindows(clientTitle()) == QList<Window>{window}; }
+
+    /// Where its icon in the tray is.
+    QPoint icon() const
+    {
+        QPoint found;
+        waitFor([&] {
+            found = support::orange(screenshot().copy(trayArea));
+            return !found.isNull();
+        });
+        return found;
+    }
+
+    /// Takes longer than the toolkit needs to believe that the keyboard is gone for good.
+    [[nodiscard]] bool linkAgain()
+    {
+        service.clear();
+        service.reset();
+        return waitFor([this] { return hasReceived(support::askStatus()); });
+    }
+
+    [[nodiscard]] bool put(Whereabouts whereabouts)
+    {
+        switch (whereabouts) {
+        case Whereabouts::Behind:
+            return true;
+        case Whereabouts::Minimised:
+            minimise(window);
+            break;
+        case Whereabouts::InTray:
+            close(window);
+            break;
+        }
+        return waitFor([this] { return !isShown(); });
+    }
+};
+
+void addWindowManagers(const std::function<void(const char *, WindowManager)> &add)
+{
+    add("openbox", WindowManager::Openbox);
+    add("metacity", WindowManager::Metacity);
+    add("xfwm4", WindowManager::Xfwm4);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(WindowManager)
+Q_DECLARE_METATYPE(Whereabouts)
+
+/// What the window managers of common desktops make of the program's windows.
+class tst_WindowManagers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup();
+
+    void noticeLeavesTheKeyboardAlone_data();
+    void noticeLeavesTheKeyboardAlone();
+
+private:
+    /// With a client that has just been started; null if it does not come up.
+    Workplace *workplaceOf(WindowManager manager);
+
+    std::map<WindowManager, std::unique_ptr<Workplace>> workplaces;
+};
+
+void tst_WindowManagers::cleanup()
+{
+    for (const auto &each : workplaces) {
+        each.second->stopAll();
+    }
+}
+
+Workplace *tst_WindowManagers::workplaceOf(WindowManager manager)
+{
+    // One service at a time has the port.
+    if (workplaces.count(manager) == 0) {
+        workplaces.clear();
+        workplaces[manager] = std::make_unique<Workplace>(manager);
+    }
+    Workplace *const workplace = workplaces[manager].get();
+    return workplace->startLinkedClient() ? workplace : nullptr;
+}
+
+void tst_WindowManagers::noticeLeavesTheKeyboardAlone_data()
+{
+    QTest::addColumn<WindowManager>("manager");
+    QTest::addColumn<Whereabouts>("whereabouts");
+    addWindowManagers([](const char *name, WindowManager manager) {
+        QTest::addRow("%s, behind", name) << manager << Whereabouts::Behind;
+        QTest::addRow("%s, minimised", name) << manager << Whereabouts::Minimised;
+        QTest::addRow("%s, in the tray", name) << manager << Whereabouts::InTray;
+    });
+}
+
+void tst_WindowManagers::noticeLeavesTheKeyboardAlone()
+{
+    QFETCH(WindowManager, manager);
+    QFETCH(Whereabouts, whereabouts);
+    Workplace *const desktop = workplaceOf(manager);
+    QVERIFY(desktop != nullptr);
+
+    // It covers the window's left half.
+    const QRect place = desktop->geometry(desktop->window);
+    QProcess *const editor = desktop->start(
+        QStringLiteral("xev"),
+        {QStringLiteral("-event"), QStringLiteral("keyboard"), QStringLiteral("-geometry"),
+         QStringLiteral("280x600+%1+%2").arg(place.x() - 100).arg(place.y() - 30)});
+    QVERIFY(desktop->put(whereabouts));
+    const QString title = QStringLiteral("Event Tester");
+    QVERIFY(waitFor([&] { return desktop->visibleWindows(title).size() == 1; }));
+    const Desktop::Window other = desktop->visibleWindows(title).first();
+    desktop->activate(other);
+    QVERIFY(desktop->linkAgain());
+    const QList<Desktop::Window> shown = desktop->visibleWindows(clientTitle());
+    const QPoint coveredCorner = place.topLeft() + QPoint{2, 2};
+    const QColor cover = desktop->screenshot().pixelColor(coveredCorner);
+
+    int typed = 0;
+    const auto type = [&](const char *key) {
+        desktop->pressKey(QString::fromLatin1(key));
+        ++typed;
+    };
+    type("a");
+    desktop->service.sendLine("notice: one");
+    desktop->service.sendLine("notice: two");
+    QVERIFY(waitFor([&] {
+        type("b");
+        return desktop->notices().size() == 1;
+    }));
+    const Desktop::Window first = desktop->notices().first();
+    // What the program asks for as the dialog comes up, it has asked for when it has drawn it.
+    desktop->still(first);
+    type("c");
+    type("Return");
+    QByteArray heard;
+    QVERIFY(waitFor([&] {
+        heard += editor->readAllStandardOutput();
+        return heard.count("KeyPress event") == typed;
+    }));
+    QCOMPARE(desktop->activeWindow(), other);
+    // This one marks no window that can be seen.
+    if (manager != WindowManager::Metacity) {
+        QVERIFY(waitFor([&] { return desktop->wantsAttention(first); }));
+    }
+    QCOMPARE(desktop->notices(), QList<Desktop::Window>{first});
+    QCOMPARE(desktop->visibleWindows(clientTitle()), shown);
+    QCOMPARE(desktop->screenshot().pixelColor(coveredCorner), cover);
+
+    // The part that the other window leaves free.
+    desktop->click(desktop->geometry(first).topRight() + QPoint{-8, 8});
+    QVERIFY(waitFor([&] { return desktop->activeWindow() == first; }));
+    QVERIFY(waitFor([&] { return !desktop->wantsAttention(first); }));
+    desktop->pressKey(QStringLiteral("Return"));
+    QVERIFY(waitFor([&] {
+        const QList<Desktop::Window> now = desktop->notices();
+        return now.size() == 1 && now != QList<Desktop::Window>{first};
+    }));
+    // Whoever reads one notice after the other needs no mouse for it.
+    const Desktop::Window second = desktop->notices().first();
+    QVERIFY(waitFor([&] { return desktop->activeWindow() == second; }));
+    desktop->pressKey(QStringLiteral("Escape"));
+    QVERIFY(waitFor([&] { return desktop->notices().isEmpty(); }));
+}
+
+QTEST_GUILESS_MAIN(tst_WindowManagers)
+
+#include "tst_windowmanagers.moc"
