@@ -1,5 +1,5 @@
-# One target carries what every piece of this program is compiled and linked with:
-# the language standard, the warnings, the strict Qt defines and the hardening.
+# ixovpn_options: the options that every part of the program is compiled and linked with, namely the
+# language standard, the warnings, the strict Qt defines and the hardening.
 
 include(CheckCXXCompilerFlag)
 include(CheckIPOSupported)
