@@ -53,8 +53,8 @@ void sendToRoot(const xcb_client_message_event_t &message, uint32_t mask)
                    mask, reinterpret_cast<const char *>(&message));
 }
 
-// Qt would say that the program asks, not the user, and a window manager that prevents focus
-// stealing would refuse.
+// Qt would say that the program asks, not the user, and focus-stealing prevention would refuse
+// that.
 void activate(xcb_window_t window, uint32_t time)
 {
     xcb_client_message_event_t message = clientMessage(window, 32, "_NET_ACTIVE_WINDOW");
@@ -63,7 +63,7 @@ void activate(xcb_window_t window, uint32_t time)
     sendToRoot(message, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
 }
 
-// Qt would say it of the next window that it maps.
+// Qt would announce it only with the next window that it maps.
 void announceStartupComplete(xcb_window_t sender, const QByteArray &startupId)
 {
     QByteArray escaped = startupId;
@@ -96,8 +96,8 @@ QByteArray startupIdFromEnvironment()
 void presentWindow(QWidget *window, const QByteArray &startupId)
 {
     QWidget *const dialog = QApplication::activeModalWidget();
-    // There Qt can put no window to the front, but a new one comes up there. To hide a dialog would
-    // be to end it.
+    // On Wayland Qt cannot raise a window, but a new one opens in front. A dialog would end if it
+    // were hidden.
     if (isWayland() && dialog == nullptr && !window->isActiveWindow()) {
         window->hide();
     }

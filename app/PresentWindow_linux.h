@@ -6,8 +6,8 @@ class QWidget;
 
 namespace app {
 
-/// The start-up ID from an X11 launcher, which ends in the time of the user's action. Empty if
-/// nobody set it; any bytes if somebody else did.
+/// The start-up ID from an X11 launcher, which ends in the time of the user's action. Empty if it
+/// is not set; its content is not checked.
 QByteArray startupIdFromEnvironment();
 
 /// Shows the window, restores it if it is minimised, and raises and activates it with its open

@@ -13,7 +13,7 @@ namespace {
 
 constexpr uint32_t wholeProperty = 100'000'000;
 
-// As Qt looks for it.
+// Looks where Qt looks.
 bool hasXftDpi()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server{
@@ -40,8 +40,8 @@ void QtEnvironment::prepare(Run run)
 {
     setDefault("QT_XCB_GL_INTEGRATION", QByteArrayLiteral("none"));
 
-    // Without Xft.dpi Qt would go by the millimetres that the server makes up; it would multiply a
-    // user's own factor.
+    // Without Xft.dpi Qt would scale by the millimetres that the server makes up; and it would
+    // multiply that scale by the user's own factor.
     if (run == Run::WithWindow && qEnvironmentVariableIsEmpty("QT_SCALE_FACTOR") && hasXftDpi()) {
         setDefault("QT_ENABLE_HIGHDPI_SCALING", QByteArrayLiteral("1"));
         setDefault("QT_SCALE_FACTOR_ROUNDING_POLICY", QByteArrayLiteral("PassThrough"));

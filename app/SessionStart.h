@@ -4,8 +4,8 @@ namespace app {
 
 class SingleInstance;
 
-/// A client that the session starts is often up before the tray, and its window takes an icon only
-/// from a tray that is there.
+/// Lets a client that the session starts wait for the tray, which often comes later: a window gets
+/// an icon only if there is a tray when it is created.
 ///
 /// The session starts a client with Qt's option -session, as session managers that restore it do
 /// and as an autostart entry should, or with DESKTOP_AUTOSTART_ID in the environment.
@@ -16,8 +16,8 @@ public:
     /// variable.
     SessionStart();
 
-    /// After a start by the session it waits for a tray, up to 10 s; requests of later starts wait
-    /// with it. Returns false if the application was told to quit meanwhile. Needs the application
+    /// After a start by the session it waits for a tray, up to 10 s; requests of later starts are
+    /// queued. Returns false if the application was told to quit meanwhile. Needs the application
     /// object.
     bool waitForTray(SingleInstance &instance) const;
 

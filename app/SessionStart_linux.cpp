@@ -20,7 +20,7 @@ namespace {
 
 constexpr int limitMs = 10'000;
 constexpr int intervalMs = 100;
-// QCoreApplication::exit() ends every loop, with 0.
+// Not 0, with which QCoreApplication::quit() ends every loop.
 constexpr int carryOn = 1;
 
 bool hasEmbeddingTray()

@@ -6,7 +6,7 @@ SessionStart::SessionStart()
     : autostarted(false)
 {}
 
-// There is always a tray.
+// Windows always has a tray.
 bool SessionStart::waitForTray(SingleInstance & /*instance*/) const
 {
     return true;

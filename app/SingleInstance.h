@@ -27,7 +27,8 @@ public:
     /// start-up ID, which the first client needs, from the environment.
     bool claim();
 
-    /// From now on requests of later starts wait for a ShowRequests. No effect on Windows.
+    /// From now on requests of later starts are queued until a ShowRequests exists. No effect on
+    /// Windows.
     void queueRequests();
 
     /// While it exists, requests of later starts show, raise and activate the window. Needs the

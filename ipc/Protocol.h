@@ -45,11 +45,11 @@ struct Message
     QString rest;
 };
 
-/// Parses a trimmed line. Prefixes are case-sensitive and include their blank: "status:running" is
+/// Parses a trimmed line. Prefixes are case-sensitive and include their space: "status:running" is
 /// Unknown.
 Message parseMessage(const QString &line);
 
-/// The states that the service reports, in the order in which the words are tried.
+/// The states that the service reports, in the order in which the words are matched.
 enum class ServiceState {
     Running,
     Fetching,

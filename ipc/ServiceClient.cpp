@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::chrono::milliseconds reconnectDelay{1500};
 
-// In a flood of lines, painting and clicks get their turn this often.
+// During a flood of lines, painting and clicks get their turn this often.
 constexpr qint64 reportingSliceMs = 8;
 
 } // namespace

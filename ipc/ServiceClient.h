@@ -55,7 +55,7 @@ private:
     {
         enum class Kind { Up, Lines, Down };
         Kind kind;
-        /// Whole lines as they came, together: millions of short ones cost no more than that.
+        /// Complete lines, in one buffer: millions of short ones need no more memory than that.
         QByteArray lines;
     };
 
@@ -69,7 +69,7 @@ private:
     QTimer reconnection;
     QTimer reporting;
     std::deque<Event> events;
-    /// Of the first event.
+    /// Of the first event's lines.
     int reportedBytes = 0;
     bool pendingLine = false;
 };

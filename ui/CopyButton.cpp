@@ -11,7 +11,7 @@ CopyButton::CopyButton(const QString &text, QWidget *parent)
     : QPushButton(text, parent)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    // A click would leave the mark of the focus, which is for those who use the keyboard.
+    // A click would give it the focus frame, which is for those who use the keyboard.
     setFocusPolicy(Qt::TabFocus);
     // Outside dialogs Enter would have no effect.
     setAutoDefault(true);

@@ -8,8 +8,8 @@ namespace ui {
 
 /// A button for a value of any length and content.
 ///
-/// It shows the beginning of text() on one line, elided to its width, with ampersands. It may be
-/// narrower than its size hint. Enter presses it, as the space bar does.
+/// It shows the beginning of text() on one line, elided to its width; an ampersand is shown, not a
+/// mnemonic. It may be narrower than its size hint. Enter presses it, as the space bar does.
 class CopyButton : public QPushButton
 {
     Q_OBJECT

@@ -6,12 +6,12 @@ class QVBoxLayout;
 
 namespace ui {
 
-/// What the modal dialogs share: their look, and that the program goes on when one of them is
+/// What the modal dialogs share: their look, and that the program keeps running when one of them is
 /// closed while the main window is hidden in the tray.
 class Dialog : public QDialog
 {
 protected:
-    /// `styleSheet` follows the shared rules.
+    /// `styleSheet` is applied after the shared rules.
     Dialog(const QString &styleSheet, int minimumWidth, const QMargins &margins, int spacing,
            QWidget *parent);
 

@@ -52,7 +52,7 @@ bool LinkLabel::focusNextPrevChild(bool next)
     if (!moveToLink(next)) {
         return false;
     }
-    // Backwards from the first link Qt selects that link again, for ever.
+    // Backwards from the first link, Qt selects that link again and again.
     const bool isStuck = hasFocus() && link >= 0 && selectionStart() == link;
     // QLabel would select the link again. NOLINTNEXTLINE(bugprone-parent-virtual-call)
     return !isStuck || QWidget::focusNextPrevChild(next);

@@ -17,7 +17,8 @@ public:
     virtual void announce(const QString &text);
     /// As announce(), but does nothing if the label has this text.
     void announceChange(const QString &text);
-    /// An overlay covers the label, or does so no longer. What has changed meanwhile is announced.
+    /// Says whether an overlay covers the label. A change made meanwhile is announced when the
+    /// label is uncovered.
     void setCovered(bool covered);
 
 private:

@@ -373,7 +373,7 @@ void MainWindow::applyStatus(const QString &word)
 void MainWindow::setAccessibleNames()
 {
     toggle->setAccessibleName(tr("IXOVPN"));
-    // A screen reader cannot read out the button's sign.
+    // A screen reader cannot read out the button's symbol.
     menuButton->setAccessibleName(sideMenu->accessibleName());
 }
 
@@ -394,7 +394,7 @@ void MainWindow::showNextNotice()
     ui::NoticeDialog dialog{noticeQueue.takeFirst(), this};
     dialog.exec();
     noticeShowing = false;
-    // Whoever reads it closes it: what is left has been ended with the program.
+    // A user closes the dialog: one that is still visible was ended by the end of the program.
     quitting = quitting || dialog.isVisible();
     showNextNotice();
 }

@@ -88,7 +88,7 @@ void Overlay::notifySiblings(const QEvent &cause, QAccessible::Event notificatio
         return;
     }
     for (QWidget *sibling : qAsConst(siblings)) {
-        // The notification of a live label that appears would be read out, old or new.
+        // A screen reader would read out a live label that appears, whether its text is new or not.
         if (auto *const label = qobject_cast<LiveLabel *>(sibling)) {
             label->setCovered(notification == QAccessible::ObjectHide);
         } else if (sibling->isVisible()) {

@@ -8,8 +8,8 @@ namespace ui {
 /// A child that covers the whole of its parent while it is shown: the side menu and the pages.
 ///
 /// Focus stays on a visible overlay: Tab goes round among its own widgets. Assistive technology is
-/// told that the covered siblings have gone, and that they are back when no overlay is left; of
-/// live labels, whose return it would read out, only what has changed meanwhile.
+/// told that the covered siblings have gone, and that they are back when no overlay is left. It
+/// would read out live labels that come back, so of these it is told only what has changed.
 class Overlay : public QWidget
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     /// Hidden at first.
     explicit Overlay(QWidget *parent);
 
-    /// True if an overlay is shown above this sibling of it.
+    /// True if a visible overlay covers this sibling of the overlay.
     static bool isCovered(const QWidget *sibling);
 
 protected:

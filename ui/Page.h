@@ -29,7 +29,7 @@ protected:
 
     /// Covers the parent and takes the focus.
     void open();
-    /// Sets the texts again in the language in force; also called when that changes.
+    /// Sets the texts in the current language; also called when that changes.
     virtual void retranslateUi() = 0;
 
     /// Sets the title and the tool tip of the back button, also as accessible names.

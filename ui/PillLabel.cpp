@@ -28,7 +28,7 @@ QString withoutTrailingBlanks(QString line)
     return line;
 }
 
-// A tool tip by itself wraps only at blanks and grows beyond the screen.
+// A tool tip by itself wraps only at spaces and grows beyond the screen.
 QString wrapped(const QString &text, const QFont &font, const QSize &maximum)
 {
     QTextOption wrapping;
@@ -46,7 +46,7 @@ QString wrapped(const QString &text, const QFont &font, const QSize &maximum)
             lines.last() += ellipsis;
             break;
         }
-        // Unlike QTextLayout, the tool tip does not let blanks hang over the end of a line.
+        // Unlike QTextLayout, the tool tip does not let spaces hang over the end of a line.
         lines.append(withoutTrailingBlanks(text.mid(line.textStart(), line.textLength())));
     }
     layout.endLayout();

@@ -25,7 +25,7 @@ PressFilter::PressFilter(QObject *parent)
 
 bool PressFilter::eventFilter(QObject *watched, QEvent *event)
 {
-    // Windows get them first. What is lost there leaves no release to a widget, and no focus.
+    // Windows get events first. A press that is dropped there gives no widget a release or focus.
     if (!watched->isWindowType()) {
         return false;
     }

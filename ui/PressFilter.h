@@ -9,11 +9,11 @@ class QWindow;
 
 namespace ui {
 
-/// Lets a press do one thing, in every window of the program, while it exists.
+/// While it exists, a press has one effect, in every window of the program.
 ///
-/// The second half of a double click is lost if the first one went to another widget, which has
-/// opened or closed something under the pointer since. Enter and Escape are lost while they repeat
-/// because they are held.
+/// The second press of a double click is dropped if the first one went to another widget, which has
+/// since opened or closed something under the pointer. Enter and Escape are dropped while they
+/// auto-repeat.
 class PressFilter : public QObject
 {
     Q_OBJECT

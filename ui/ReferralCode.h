@@ -4,7 +4,7 @@
 
 /// The one rule for referral codes and the one place where the code is kept.
 ///
-/// A code is exactly six ASCII letters or digits, in either case, and nothing else: no blank, no
+/// A code is exactly six ASCII letters or digits, in either case, and nothing else: no space, no
 /// line feed at the end, no look-alike letter.
 bool isValidReferralCode(const QString &code);
 

@@ -55,7 +55,7 @@ ReferralDialog::ReferralDialog(QWidget *parent)
     statusLabel = new LiveLabel{{}, this};
     statusLabel->setObjectName(QStringLiteral("status"));
     statusLabel->setWordWrap(true);
-    // The room that a longer message has needed stays with the label.
+    // The label keeps the height that a longer message has needed.
     statusLabel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
     statusLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     statusLabel->hide();

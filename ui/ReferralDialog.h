@@ -12,8 +12,8 @@ class LiveLabel;
 
 /// The dialog in which the user enters a referral code.
 ///
-/// The dialog stores and announces a valid code at once and closes after 1200 ms. For an invalid
-/// code it shows an error under the field and changes nothing.
+/// The dialog stores a valid code and emits referralSaved() at once, and closes after 1200 ms. For
+/// an invalid code it shows an error under the field and changes nothing.
 class ReferralDialog : public Dialog
 {
     Q_OBJECT

@@ -117,7 +117,7 @@ private:
     {
         static const QRegularExpression hidden = pattern(
             "<!--.*?-->|<!doctype[^<>]*+>|<(script|style|title)(?=[\\s/>])[^>]*+>.*?</\\1\\s*+>");
-        // All elements that Qt knows: those kept, those replaced by a blank, those dropped.
+        // All elements that Qt knows: those kept, those replaced by a space, those dropped.
         static const QRegularExpression tag = pattern(
             "<(/?)(?:(a|b|big|blockquote|br|center|code|div|em|font|h[1-6]|hr|i|li|ol|p|pre|s|small"
             "|span|strong|sub|sup|tt|u|ul)|(address|caption|d[dlt]|table|tbody|t[dhr]|tfoot|thead)"

@@ -4,7 +4,7 @@
 
 namespace ui {
 
-/// With the markup; a longer notice is elided.
+/// Includes the markup; a longer notice is elided.
 constexpr int maxNoticeLength = 6'000;
 
 /// Reduces rich text from the service to an allow-list, so that Qt loads nothing for it and its

@@ -51,7 +51,7 @@ SettingsDialog::SettingsDialog(QWidget *parent)
         languageCombo->addItem(QString::fromUtf8(language.name),
                                QString{QLatin1String{language.tag}});
     }
-    // Not every style shows them all by itself.
+    // Not every style shows all languages by itself.
     languageCombo->setMaxVisibleItems(languageCombo->count());
     languageLabel->setBuddy(languageCombo);
     // The page's style sheet does not reach the frame of the list.

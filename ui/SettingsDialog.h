@@ -20,7 +20,7 @@ public:
     void openPage(const QString &tag);
 
 Q_SIGNALS:
-    /// The user has saved another language than that of openPage().
+    /// The user has saved a language other than that of openPage().
     void languageChanged(QString tag);
 
 private:

@@ -21,7 +21,7 @@ struct Row
     void (SideMenu::*request)();
 };
 
-// The last one stands at the bottom of the panel.
+// The last row is at the bottom of the panel.
 constexpr std::array rows{
     Row{MenuItem::Gear, QT_TRANSLATE_NOOP("ui::SideMenu", "Settings"),
         &SideMenu::settingsRequested},

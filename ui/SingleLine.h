@@ -13,7 +13,7 @@ constexpr int singleLineLimit = 256;
 /// surrogate pair.
 QString beginning(const QString &text, int length);
 
-/// The same, with blanks for line breaks, tabs and control characters.
+/// The same, with spaces for line breaks, tabs and control characters.
 QString singleLine(const QString &text, int length = singleLineLimit);
 
 } // namespace ui

@@ -39,7 +39,7 @@ private:
     QLabel *contactCaption = nullptr;
     QLabel *contactText = nullptr;
     QLabel *infoCaption = nullptr;
-    /// Version and ID, each only with a value, and the referral code.
+    /// Version and ID, each only if it has a value, and the referral code.
     QList<CopyRow> rows;
 };
 

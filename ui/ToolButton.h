@@ -4,7 +4,7 @@
 
 namespace ui {
 
-/// A tool button that Enter presses, too, and whose size hint keeps to a size that was set.
+/// A tool button that Enter presses, too, and whose size hint is within its minimum and maximum.
 class ToolButton : public QToolButton
 {
     Q_OBJECT

@@ -44,7 +44,7 @@ void TrayController::setStatusText(const QString &text)
     if (tray == nullptr) {
         return;
     }
-    // Not the dash of the first tooltip: these three characters are meant, and stay.
+    // Not the dash of the first tool tip: these three characters are intended.
     tray->setToolTip(QStringLiteral(u"IXOVPN \u00e2\u20ac\u201d %1").arg(text));
 }
 
