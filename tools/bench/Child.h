@@ -17,7 +17,7 @@ constexpr double msOf(std::int64_t ns)
     return static_cast<double>(ns) / 1e6;
 }
 
-/// A running program under measurement; ended and waited for with this object.
+/// A running program under measurement. The destructor ends it and waits for its end.
 class Child
 {
 public:
@@ -32,7 +32,7 @@ public:
 
     /// Processor time of all threads so far, in nanoseconds.
     std::int64_t processorTime() const;
-    /// Context switches so far, voluntary and involuntary, of each running thread, by its number.
+    /// Context switches so far, voluntary and involuntary, of each running thread, by its ID.
     std::map<long, long> switches() const;
     /// Proportional set size in KiB.
     long proportionalSize() const;

@@ -17,9 +17,9 @@ public:
 
     /// The descriptor to poll: the connection, or without one the listening socket.
     int descriptor() const { return connection >= 0 ? connection : listener; }
-    /// What to poll it for.
+    /// The events to poll for.
     short interest() const;
-    /// To be called when the descriptor is ready.
+    /// Call it when the descriptor is ready.
     void serve();
 
     bool isConnected() const { return connection >= 0; }

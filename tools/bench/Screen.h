@@ -24,10 +24,10 @@ public:
     Screen &operator=(const Screen &) = delete;
 
     int descriptor() const;
-    /// Takes in what the server has reported.
+    /// Handles what the server has reported.
     void serve();
 
-    /// Forgets the last program's window. To be called before a program is started.
+    /// Forgets the last program's window. Call it before a program is started.
     void expectWindow();
     bool hasWindow() const { return window != XCB_NONE; }
 
@@ -49,7 +49,8 @@ public:
     void close();
     void minimise();
 
-    /// Owns the selection of an XEmbed tray, so that programs that start find one for their icon.
+    /// Takes the selection of an XEmbed tray, so that programs that start then find a tray for
+    /// their icon.
     void raiseTray();
     void removeTray();
 

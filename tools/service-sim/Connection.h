@@ -9,17 +9,17 @@ namespace servicesim {
 
 /// One client: lines in, lines out.
 ///
-/// What a client has sent is told even if the connection has ended meanwhile; what it is sent
-/// after that end is dropped.
+/// Lines that a client has sent are reported even if the connection has ended meanwhile; lines sent
+/// to it after the end are dropped.
 class Connection : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Takes `socket` over.
+    /// Takes ownership of `socket`.
     Connection(QTcpSocket *socket, quint32 number);
 
-    /// Of this connection, counted from 1 since the simulator's start.
+    /// Connections are counted from 1 since the simulator's start.
     quint32 number() const { return number_; }
 
     /// Sends the line and a line feed.
@@ -28,7 +28,7 @@ public:
 Q_SIGNALS:
     /// Without its line feed.
     void lineReceived(const QByteArray &line);
-    /// What came was no line: it was too long, or the connection ended before its line feed.
+    /// What came was not a line: it was too long, or the connection ended before its line feed.
     void lineBroken(const QString &what);
     void ended();
 

@@ -6,8 +6,8 @@
 
 namespace servicesim {
 
-/// The lines of standard input as they come, without holding anything up. The end of the input
-/// is the end of the lines and of nothing else.
+/// The lines of standard input as they come, read without blocking. The end of the input ends only
+/// the lines.
 class InputLines : public QObject
 {
     Q_OBJECT

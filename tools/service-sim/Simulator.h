@@ -14,8 +14,8 @@ namespace servicesim {
 
 class Connection;
 
-/// The service as its clients see it: what happens to the tunnel goes to all of them, an answer
-/// to the one that asked.
+/// The service as its clients see it: changes of the tunnel are reported to all of them, an answer
+/// goes only to the client that asked.
 class Simulator : public QObject
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
     QString errorString() const { return server.errorString(); }
     quint16 port() const { return server.serverPort(); }
 
-    /// To every client, as it stands, with a line feed.
+    /// Sends the line unchanged, with a line feed, to every client.
     void sendAsItStands(const QByteArray &line);
 
     /// The values that a client set last; empty until then.
@@ -37,8 +37,8 @@ public:
     const QString &referralCode() const { return referralCode_; }
 
 Q_SIGNALS:
-    /// One line for the journal, with its time: every command that came, every line that went
-    /// out, every connection's begin and end.
+    /// One line for the journal, with its time: every command that came, every line that went out,
+    /// every connection's start and end.
     void noted(const QString &entry);
 
 private:

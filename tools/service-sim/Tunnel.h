@@ -9,11 +9,10 @@
 
 namespace servicesim {
 
-/// The stations of the way up and of the way down, in their order.
+/// The steps of the way up and of the way down, in order.
 enum class Step { Fetching, Config, Starting, Connecting, Running, Stopping, Stopped };
 
-/// How and where a walk breaks off: the step is reached, and instead of the next one there is
-/// the failure.
+/// How and where a walk breaks off: after this step the failure comes instead of the next step.
 struct Failure
 {
     enum class Form { Status, Error };
@@ -33,10 +32,10 @@ struct TunnelSettings
     bool expired = false;
 };
 
-/// A tunnel that exists only in what is said about it: it walks up and down, one step after each
-/// delay, and tells each step as a line for the clients.
+/// A simulated tunnel: it walks up and down, one step after each delay, and reports each step as a
+/// line for the clients.
 ///
-/// A start state in the middle of a walk stays until something is asked for.
+/// A start state in the middle of a walk stays until a command comes.
 class Tunnel : public QObject
 {
     Q_OBJECT
@@ -45,13 +44,13 @@ public:
     explicit Tunnel(const TunnelSettings &settings);
 
     /// Begins the way up; during the way down, remembers the request and begins after its end.
-    /// False if this says no line now.
+    /// False if this reports no line now.
     bool requestUp();
     /// Begins the way down, from whichever step the way up has reached; forgets a remembered
-    /// requestUp(). False if this says no line now.
+    /// requestUp(). False if this reports no line now.
     bool requestDown();
 
-    /// The line that tells the present state.
+    /// The line that reports the current state.
     QString stateLine() const;
 
 Q_SIGNALS:
