@@ -17,7 +17,7 @@ QString clientPath();
 QList<HWND> windowsOf(DWORD process);
 
 /// The client as a process, used from outside as by its user and by other programs. The destructor
-/// kills it if it still runs.
+/// kills it if it is still running.
 class ClientProcess
 {
 public:
@@ -53,12 +53,12 @@ public:
     /// Asks all its windows whether it can end, as the system does before the session ends or an
     /// upgrade begins; `reason` is what the system gives them. Changes nothing yet.
     bool agreesToEnd(LPARAM reason) const;
-    /// WM_ENDSESSION, after all programs have agreed, or one has not.
+    /// Sends WM_ENDSESSION, after all programs have agreed, or one has not.
     void tellToEnd(LPARAM reason) const { tellEnd(TRUE, reason); }
     void tellToGoOn(LPARAM reason) const { tellEnd(FALSE, reason); }
-    /// With the mouse, in the main window's coordinates.
+    /// Clicks with the mouse, in the main window's coordinates.
     void click(const QPoint &position) const;
-    /// Clicks, and waits until what it changes is at rest.
+    /// Clicks, and waits until what the click changes is at rest.
     [[nodiscard]] bool changesOn(const QPoint &position);
 
 private:

@@ -40,7 +40,7 @@ public:
     /// animations and pauses. Does nothing with the sanitisers, which refuse to run with
     /// libfaketime.
     void hurry() { setPace(10); }
-    /// As above, so many times as fast.
+    /// As above, this many times as fast.
     void setPace(double pace);
 
     /// Starts the program and waits for its window.
@@ -83,7 +83,7 @@ private:
     QString program;
     /// Longer than a frame of an animation.
     int betweenPicturesMs = 25;
-    /// The last picture for still(), and how often the program had had its turn before it.
+    /// The last picture for still(), and the program's scheduler statistics before it.
     mutable struct
     {
         Window which = 0;

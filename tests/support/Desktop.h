@@ -18,8 +18,8 @@
 namespace support {
 
 /// An X11 desktop without a screen: a virtual display and a window manager, with the input and the
-/// screenshots of a user. To be used inside scripts/isolated; the test itself needs no
-/// display and no GUI application object.
+/// screenshots of a user. Use it inside scripts/isolated; the test itself needs no display and no
+/// GUI application object.
 ///
 /// What cannot be started, or does not come up, ends the test run with a message.
 class Desktop : public QObject

@@ -3,7 +3,7 @@
 /// Another user of the machine, whom a test impersonates to see what others can do.
 namespace support::otheruser {
 
-/// Number of the user, who owns no file of the test.
+/// ID of the user, who owns no file of the test.
 constexpr int id = 1;
 
 /// Whether this process can become that user. Only root can, and not root of a user namespace with

@@ -5,7 +5,7 @@
 
 namespace support {
 
-/// What a widget paints by itself, at its present size, on nothing.
+/// What a widget paints by itself, at its current size, on a transparent image.
 inline QImage painted(QWidget &widget)
 {
     QImage image{widget.size(), QImage::Format_ARGB32_Premultiplied};

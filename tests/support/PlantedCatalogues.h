@@ -5,8 +5,8 @@
 
 namespace support {
 
-/// Russian catalogues on the disk, in every place to which a language tag that is no tag might
-/// lead. The first of these places becomes the working directory for as long as this lives.
+/// Russian catalogues on the disk, in every place to which a malformed language tag might lead. The
+/// first of these places becomes the working directory for as long as this lives.
 class PlantedCatalogues
 {
 public:

@@ -14,7 +14,7 @@
 namespace support {
 
 /// Waits, with the event loop running, until another process fulfils the condition. False, with a
-/// warning, as soon as a program of Programs ends before, or if all of them seem to hang.
+/// warning, as soon as a program of Programs ends first, or if all of them seem to hang.
 bool waitFor(const std::function<bool()> &condition);
 
 /// Whether this process runs in a sandbox: with file systems, a process table and a network of its
@@ -47,7 +47,7 @@ public:
     static QByteArray firstLine(QProcess &process);
     /// Asks a started program to end and waits until it has.
     void stop(QProcess *process);
-    /// Stops all programs but the first so many, in reverse order.
+    /// Stops all programs except the first `first` ones, in reverse order.
     void stopFrom(std::size_t first);
     std::size_t count() const { return running.size(); }
     /// Runs a program to its end.

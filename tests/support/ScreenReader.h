@@ -17,9 +17,9 @@ struct _AtspiEventListener;
 namespace support {
 
 /// Reads and drives programs on a desktop as a screen reader does, over AT-SPI, with the library
-/// that screen readers use (Debian: libatspi2.0-dev, at-spi2-core). One in each process.
+/// that screen readers use (Debian: libatspi2.0-dev, at-spi2-core). A process can have only one.
 ///
-/// It neither finds nor reads what is not showing.
+/// It neither finds nor reads objects that are not showing.
 class ScreenReader
 {
 public:

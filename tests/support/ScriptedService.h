@@ -24,7 +24,7 @@ public:
 
     /// Takes the port; ends the test run if another program has it.
     void listen();
-    /// Gives the port back and closes every connection, as a service does that ends.
+    /// Releases the port and closes every connection, as a service that ends does.
     void stop();
 
     /// How many connections have been accepted since construction.
@@ -43,7 +43,7 @@ public:
     void write(const QByteArray &raw);
     /// write() with a line feed.
     void sendLine(const QByteArray &line);
-    /// Ends the newest connection in the orderly way.
+    /// Closes the newest connection properly.
     void close();
     /// Ends the newest connection with a reset.
     void reset();

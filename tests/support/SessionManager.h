@@ -7,8 +7,8 @@
 
 namespace support {
 
-/// A session manager, which tells programs that the user logs out (X Session Management Protocol):
-/// a program may save, may ask to stay, and is then told to end. One object at a time.
+/// A session manager, which tells programs that the user logs out (X Session Management Protocol,
+/// XSMP): a program may save, may ask to stay, and is then told to end. One object at a time.
 class SessionManager : public QObject
 {
     Q_OBJECT

@@ -6,8 +6,8 @@
 
 namespace support {
 
-/// A file of settings as it stands on the disk, whatever the process that writes it holds in its
-/// memory. Only for the sandbox of scripts/isolated.
+/// A settings file as it is on the disk, whatever the process that writes it holds in memory. Only
+/// for the sandbox of scripts/isolated.
 class StoredSettings
 {
 public:

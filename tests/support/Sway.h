@@ -10,7 +10,7 @@
 namespace support {
 
 /// A Wayland compositor without a screen, which also shows X11 programs (Xwayland), and its list of
-/// windows. To be used inside scripts/isolated. Needs from Debian: sway and xwayland.
+/// windows. Use it inside scripts/isolated. Needs from Debian: sway and xwayland.
 ///
 /// What cannot be started, or does not come up, ends the test run with a message.
 class Sway : public QObject

@@ -22,7 +22,7 @@ public:
     /// On the session bus that programs with this environment use. Ends the test run if the bus
     /// name is taken.
     explicit TrayHost(const QProcessEnvironment &environment);
-    /// Leaves the bus as a panel does that crashes.
+    /// Leaves the bus as a panel that crashes does.
     ~TrayHost() override;
 
     /// The bus names of the icons that have been registered.
