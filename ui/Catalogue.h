@@ -23,7 +23,8 @@ void storeTag(const QString &tag);
 /// The first two characters of the default locale's BCP 47 name, for example "de".
 QString localeTag();
 
-/// The stored tag if there is one, else the locale's. May name a language without a catalogue.
+/// What the service is told: the stored tag if there is one, else the locale's. May name a language
+/// without a catalogue, while the start-up translator falls back to one that exists.
 QString currentTag();
 
 } // namespace ui::catalogue

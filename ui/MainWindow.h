@@ -38,7 +38,8 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
 
 protected:
-    /// Hides to the tray if the desktop has one, unless the program is quitting.
+    /// Hides to the tray if the desktop has one, unless the program is quitting. A window that
+    /// closes is the last one, with which Qt ends the program.
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
