@@ -19,6 +19,7 @@
 #include "ui/ToggleSwitch.h"
 #include "ui/ToolButton.h"
 #include "ui/TrayController.h"
+#include "ui/WindowManager.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -207,7 +208,7 @@ void MainWindow::buildServices()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (!quitting && tray->hasIcon() && QSystemTrayIcon::isSystemTrayAvailable()) {
-        hide();
+        ui::hideInPlace(this);
         event->ignore();
         return;
     }

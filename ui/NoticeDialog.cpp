@@ -1,8 +1,8 @@
 #include "ui/NoticeDialog.h"
 
 #include "ui/LinkLabel.h"
-#include "ui/QuietWindow.h"
 #include "ui/SafeMarkup.h"
+#include "ui/WindowManager.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QDialogButtonBox>

@@ -70,9 +70,20 @@ public:
             break;
         case Whereabouts::InTray:
             close(window);
-            break;
+            return waitFor([this] { return !isManaged(); });
         }
         return waitFor([this] { return !isShown(); });
+    }
+
+private:
+    /// Also when it is minimised.
+    bool isManaged() const
+    {
+        const QByteArray state =
+            run(QStringLiteral("xprop"),
+                {QStringLiteral("-id"), QString::number(window), QStringLiteral("WM_STATE")})
+                .output;
+        return state.contains("Normal") || state.contains("Iconic");
     }
 };
 
@@ -98,6 +109,8 @@ private Q_SLOTS:
 
     void noticeLeavesTheKeyboardAlone_data();
     void noticeLeavesTheKeyboardAlone();
+    void windowStaysWhereItWasPut_data();
+    void windowStaysWhereItWasPut();
 
 private:
     /// With a client that has just been started; null if it does not come up.
@@ -203,6 +216,55 @@ void tst_WindowManagers::noticeLeavesTheKeyboardAlone()
     QVERIFY(waitFor([&] { return desktop->activeWindow() == second; }));
     desktop->pressKey(QStringLiteral("Escape"));
     QVERIFY(waitFor([&] { return desktop->notices().isEmpty(); }));
+}
+
+void tst_WindowManagers::windowStaysWhereItWasPut_data()
+{
+    QTest::addColumn<WindowManager>("manager");
+    QTest::addColumn<QPoint>("corner");
+    QTest::addColumn<bool>("minimised");
+    addWindowManagers([](const char *name, WindowManager manager) {
+        QTest::addRow("%s, elsewhere", name) << manager << QPoint{600, 120} << false;
+        QTest::addRow("%s, partly outside", name) << manager << QPoint{-150, 700} << false;
+        QTest::addRow("%s, minimised", name) << manager << QPoint{600, 120} << true;
+    });
+}
+
+void tst_WindowManagers::windowStaysWhereItWasPut()
+{
+    QFETCH(WindowManager, manager);
+    QFETCH(QPoint, corner);
+    QFETCH(bool, minimised);
+    Workplace *const desktop = workplaceOf(manager);
+    QVERIFY(desktop != nullptr);
+    const QRect before = desktop->geometry(desktop->window);
+    desktop->move(desktop->window, corner);
+    QVERIFY(waitFor([&] { return desktop->geometry(desktop->window) != before; }));
+    desktop->still(desktop->window);
+    const QRect place = desktop->geometry(desktop->window);
+
+    const std::function<void()> waysBack[] = {
+        [&] { desktop->click(desktop->icon()); },
+        [&] { desktop->run(clientProgram()); },
+        [&] {
+            desktop->service.sendLine("notice: one");
+            QVERIFY(waitFor([&] { return desktop->notices().size() == 1; }));
+            desktop->activate(desktop->notices().first());
+            desktop->pressKey(QStringLiteral("Return"));
+            QVERIFY(waitFor([&] { return desktop->notices().isEmpty(); }));
+            desktop->click(desktop->icon());
+        },
+    };
+    for (const auto &comeBack : waysBack) {
+        if (minimised) {
+            QVERIFY(desktop->put(Whereabouts::Minimised));
+        }
+        QVERIFY(desktop->put(Whereabouts::InTray));
+        comeBack();
+        QVERIFY(waitFor([&] { return desktop->isShown(); }));
+        desktop->still(desktop->window);
+        QCOMPARE(desktop->geometry(desktop->window), place);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_WindowManagers)

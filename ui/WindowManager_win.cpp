@@ -1,4 +1,4 @@
-#include "ui/QuietWindow.h"
+#include "ui/WindowManager.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -10,6 +10,11 @@ void comeUpQuietly(QWidget *window)
     window->setAttribute(Qt::WA_ShowWithoutActivating);
     QMetaObject::invokeMethod(
         window, [window] { QApplication::alert(window); }, Qt::QueuedConnection);
+}
+
+void hideInPlace(QWidget *window)
+{
+    window->hide();
 }
 
 } // namespace ui

@@ -1,4 +1,4 @@
-#include "ui/QuietWindow.h"
+#include "ui/WindowManager.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
@@ -79,6 +79,23 @@ void comeUpQuietly(QWidget *window)
     if (QX11Info::isPlatformX11()) {
         new QuietWindow{window};
     }
+}
+
+void hideInPlace(QWidget *window)
+{
+    QWindow *const handle = window->windowHandle();
+    const QPoint place = handle->framePosition();
+    // A window manager chooses a place for a window that has no position of the program's own.
+    handle->setFramePosition(place);
+    window->hide();
+
+    // Xfce's pulls what comes up wholly onto the screen, but lets it go back.
+    auto *const once = new QObject{handle};
+    QObject::connect(handle, &QWindow::visibleChanged, once, [once, handle, place] {
+        once->deleteLater();
+        QMetaObject::invokeMethod(
+            handle, [handle, place] { handle->setFramePosition(place); }, Qt::QueuedConnection);
+    });
 }
 
 } // namespace ui
