@@ -207,8 +207,8 @@ void ClientProcess::click(const QPoint &position) const
     input.type = INPUT_MOUSE;
     input.mi.dx = inputUnits(point.x, GetSystemMetrics(SM_CXSCREEN));
     input.mi.dy = inputUnits(point.y, GetSystemMetrics(SM_CYSCREEN));
-    for (const DWORD button : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
-        input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | button;
+    for (const auto button : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
+        input.mi.dwFlags = static_cast<DWORD>(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | button);
         send(input);
     }
 }
