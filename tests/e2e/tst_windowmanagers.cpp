@@ -52,7 +52,7 @@ public:
         return found;
     }
 
-    /// Takes longer than the toolkit needs to believe that the keyboard is gone for good.
+    /// Takes longer than Qt needs to notice that the focus is gone for good.
     [[nodiscard]] bool linkAgain()
     {
         service.clear();
