@@ -297,7 +297,7 @@ void tst_Pages::supportLink()
     QVERIFY(script.open(QIODevice::WriteOnly));
     script.write("#!/bin/sh\nenv | grep ^QT_ >" + inherited.toLatin1() +
                  "\nprintf '%s\\n' \"$@\" >>" + record.toLatin1() + '\n');
-    script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     script.close();
 
     ClientSession session;
