@@ -262,6 +262,7 @@ void tst_WindowManagers::windowStaysWhereItWasPut()
         QVERIFY(desktop->put(Whereabouts::InTray));
         comeBack();
         QVERIFY(waitFor([&] { return desktop->isShown(); }));
+        waitFor([&] { return desktop->geometry(desktop->window) == place; });
         desktop->still(desktop->window);
         QCOMPARE(desktop->geometry(desktop->window), place);
     }
