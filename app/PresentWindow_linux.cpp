@@ -1,12 +1,12 @@
 #include "app/PresentWindow_linux.h"
 
+#include "ui/X11Atom_linux.h"
+
 #include <QApplication>
 #include <QWidget>
 #include <QX11Info>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 #include <xcb/xcb.h>
 
@@ -32,18 +32,11 @@ uint32_t userTime(const QByteArray &startupId)
 xcb_client_message_event_t clientMessage(xcb_window_t window, uint8_t format,
                                          const QByteArray &type)
 {
-    xcb_connection_t *const connection = QX11Info::connection();
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom{
-        xcb_intern_atom_reply(
-            connection,
-            xcb_intern_atom(connection, 0, static_cast<uint16_t>(type.size()), type.constData()),
-            nullptr),
-        &std::free};
     xcb_client_message_event_t message = {};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = format;
     message.window = window;
-    message.type = atom ? atom->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    message.type = ui::x11Atom(type);
     return message;
 }
 

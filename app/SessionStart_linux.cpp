@@ -1,6 +1,7 @@
 #include "app/SessionStart.h"
 
 #include "app/SingleInstance.h"
+#include "ui/X11Atom_linux.h"
 
 #include <QDBusConnection>
 #include <QDBusInterface>
@@ -29,17 +30,10 @@ bool hasEmbeddingTray()
         return false;
     }
     xcb_connection_t *const server = QX11Info::connection();
-    const QByteArray name = "_NET_SYSTEM_TRAY_S" + QByteArray::number(QX11Info::appScreen());
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom{
-        xcb_intern_atom_reply(
-            server,
-            xcb_intern_atom(server, 0, static_cast<uint16_t>(name.size()), name.constData()),
-            nullptr),
-        &std::free};
+    const xcb_atom_t tray =
+        ui::x11Atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(QX11Info::appScreen()));
     const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner{
-        atom ? xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, atom->atom),
-                                             nullptr)
-             : nullptr,
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, tray), nullptr),
         &std::free};
     return owner && owner->owner != XCB_WINDOW_NONE;
 }

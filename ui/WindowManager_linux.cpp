@@ -1,5 +1,7 @@
 #include "ui/WindowManager.h"
 
+#include "ui/X11Atom_linux.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QEvent>
@@ -7,25 +9,11 @@
 #include <QWindow>
 #include <QX11Info>
 
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-
 #include <xcb/xcb.h>
 
 namespace ui {
 
 namespace {
-
-xcb_atom_t atom(const char *name)
-{
-    xcb_connection_t *const connection = QX11Info::connection();
-    const auto length = static_cast<uint16_t>(std::strlen(name));
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply{
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, length, name), nullptr),
-        &std::free};
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-}
 
 /// Whatever its attributes say, Qt asks the window manager to activate a modal window as soon as it
 /// is mapped. Until then this one says that it takes no keyboard, so that the request comes to
@@ -37,7 +25,7 @@ public:
         : QObject(widget_)
         , widget(widget_)
         , id(static_cast<xcb_window_t>(widget->winId()))
-        , activation(atom("_NET_ACTIVE_WINDOW"))
+        , activation(x11Atom("_NET_ACTIVE_WINDOW"))
     {
         QWindow *const window = widget->windowHandle();
         window->setFlag(Qt::WindowDoesNotAcceptFocus);
