@@ -1,7 +1,6 @@
 #include "tests/support/Client.h"
 #include "tests/support/ClientSession.h"
 #include "tests/support/Desktop.h"
-#include "tests/support/ScriptedService.h"
 #include "tests/support/StatusPanel.h"
 
 #include <QTest>
@@ -11,9 +10,9 @@
 #include <memory>
 
 using support::clientProgram;
+using support::ClientSession;
 using support::clientTitle;
 using support::Desktop;
-using support::ScriptedService;
 using support::StatusPanel;
 using support::waitFor;
 
@@ -27,22 +26,14 @@ enum class Host {
     StatusNotifier
 };
 
-// Both trays are placed here.
-constexpr QRect trayArea{0, 0, 380, 40};
-
 /// A desktop with a tray.
-class TrayDesktop : public Desktop
+class TrayDesktop : public ClientSession
 {
 public:
     explicit TrayDesktop(Host host)
     {
         if (host == Host::XEmbed) {
-            start(QStringLiteral("trayer"),
-                  {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
-                   QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
-                   QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
-                   QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
-            trayIsUp = waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+            trayIsUp = startTrayer();
         } else {
             panel = std::make_unique<StatusPanel>(*this);
             trayIsUp = panel->isUp();
@@ -51,7 +42,7 @@ public:
     }
 
     /// Starts the client and waits until it is connected and has its icon.
-    void startClient()
+    void startClientInTray()
     {
         service.listen();
         // The icon of an earlier client may still be there.
@@ -63,25 +54,12 @@ public:
         up = up && waitFor([this] {
                  return visibleWindows(clientTitle()).size() == 1 && service.connected() == 1;
              }) &&
-             !icon().isNull();
+             !trayIcon().isNull();
         if (up) {
             window = visibleWindows(clientTitle()).first();
         }
     }
 
-    /// The middle of the icon. Waits for it, since it is not there while the tray draws itself
-    /// anew; null if it does not come.
-    QPoint icon() const
-    {
-        QPoint found;
-        waitFor([&] {
-            found = support::orange(screenshot().copy(trayArea));
-            return !found.isNull();
-        });
-        return found;
-    }
-
-    bool isShown() const { return visibleWindows(clientTitle()) == QList<Window>{window}; }
     bool isActive() const { return activeWindow() == window; }
 
     /// The one menu or tool tip that is open; 0 as long as there is none.
@@ -94,10 +72,7 @@ public:
     bool trayIsUp = false;
     /// The tray and the client are there.
     bool up = false;
-    ScriptedService service;
     std::unique_ptr<StatusPanel> panel;
-    QProcess *client = nullptr;
-    Window window = 0;
 };
 
 void addHosts()
@@ -156,7 +131,7 @@ TrayDesktop &tst_Tray::desktopOf(Host host)
     if (desktop == nullptr) {
         desktop = std::make_unique<TrayDesktop>(host);
     }
-    desktop->startClient();
+    desktop->startClientInTray();
     return *desktop;
 }
 
@@ -205,10 +180,10 @@ void tst_Tray::toolTipUnderMouse()
         Desktop::Window tip = 0;
         desktop.moveMouse({600, 10});
         waitFor([&] { return desktop.popup() == 0; });
-        desktop.moveMouse(desktop.icon());
+        desktop.moveMouse(desktop.trayIcon());
         waitFor([&] {
             // Qt shows a tool tip only after the mouse has moved over the icon.
-            desktop.moveMouse(desktop.icon() + QPoint{1, 0});
+            desktop.moveMouse(desktop.trayIcon() + QPoint{1, 0});
             tip = desktop.popup();
             return tip != 0;
         });
@@ -258,14 +233,14 @@ void tst_Tray::clickBringsWindowBack()
     QCOMPARE(desktop.client->state(), QProcess::Running);
 
     if (twice) {
-        desktop.doubleClick(desktop.icon());
+        desktop.doubleClick(desktop.trayIcon());
     } else {
-        desktop.click(desktop.icon());
+        desktop.click(desktop.trayIcon());
     }
     QVERIFY(waitFor([&] { return desktop.isShown(); }));
     QVERIFY(waitFor([&] { return desktop.isActive(); }));
     QCOMPARE(desktop.geometry(desktop.window).size(), QSize(360, 560));
-    QVERIFY(!desktop.icon().isNull());
+    QVERIFY(!desktop.trayIcon().isNull());
 }
 
 void tst_Tray::clickBringsWindowToFront_data()
@@ -289,7 +264,7 @@ void tst_Tray::clickBringsWindowToFront()
     desktop.activate(desktop.visibleWindows(other).first());
     QVERIFY(!desktop.isActive());
 
-    desktop.click(desktop.icon());
+    desktop.click(desktop.trayIcon());
     QVERIFY(waitFor([&] { return desktop.isActive(); }));
     const QImage picture = desktop.screenshot(desktop.window);
     QCOMPARE(picture.pixelColor(2, 2), QColor(27, 29, 61));
@@ -307,8 +282,8 @@ void tst_Tray::otherButtonsDoNot()
     QVERIFY(desktop.up);
     desktop.close(desktop.window);
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
-    desktop.click(desktop.icon(), 2);
-    desktop.click(desktop.icon(), 3);
+    desktop.click(desktop.trayIcon(), 2);
+    desktop.click(desktop.trayIcon(), 3);
     // Once the menu is open, the click of the middle button has been handled.
     QVERIFY(waitFor([&] { return desktop.popup() != 0; }));
     QVERIFY(!desktop.isShown());
@@ -347,7 +322,7 @@ void tst_Tray::menuUnderMouse()
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
 
     const auto openMenu = [&desktop] {
-        desktop.click(desktop.icon(), 3);
+        desktop.click(desktop.trayIcon(), 3);
         return waitFor([&] { return desktop.popup() != 0; }) ? desktop.geometry(desktop.popup())
                                                              : QRect{};
     };
@@ -402,7 +377,7 @@ void tst_Tray::noticesOverHiddenWindow()
         desktop.activate(desktop.visibleWindows(notice).first());
         desktop.pressKey(QStringLiteral("Return"));
         QVERIFY(waitFor([&] { return desktop.visibleWindows(notice).isEmpty(); }));
-        desktop.click(desktop.icon(), 3);
+        desktop.click(desktop.trayIcon(), 3);
         QVERIFY(waitFor([&] { return desktop.popup() != 0; }));
         desktop.pressKey(QStringLiteral("Up"));
         desktop.pressKey(QStringLiteral("Return"));

@@ -18,8 +18,6 @@ namespace {
 /// Where the window is while its user does something else.
 enum class Whereabouts { Behind, Minimised, InTray };
 
-constexpr QRect trayArea{0, 0, 300, 32};
-
 /// A desktop with a tray and the client, linked to its service.
 class Workplace : public ClientSession
 {
@@ -27,30 +25,15 @@ public:
     explicit Workplace(WindowManager manager)
         : ClientSession(clientProgram(), manager)
     {
-        start(QStringLiteral("trayer"),
-              {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
-               QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
-               QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
-               QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
-        waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+        trayIsUp = startTrayer();
         service.listen();
         hurry();
         keepAll();
     }
 
-    QList<Window> notices() const { return visibleWindows(QStringLiteral("Notice")); }
-    bool isShown() const { return visibleWindows(clientTitle()) == QList<Window>{window}; }
+    bool trayIsUp = false;
 
-    /// Where its icon in the tray is.
-    QPoint icon() const
-    {
-        QPoint found;
-        waitFor([&] {
-            found = support::orange(screenshot().copy(trayArea));
-            return !found.isNull();
-        });
-        return found;
-    }
+    QList<Window> notices() const { return visibleWindows(QStringLiteral("Notice")); }
 
     /// Takes longer than Qt needs to notice that the focus is gone for good.
     [[nodiscard]] bool linkAgain()
@@ -134,7 +117,7 @@ Workplace *tst_WindowManagers::workplaceOf(WindowManager manager)
         workplaces[manager] = std::make_unique<Workplace>(manager);
     }
     Workplace *const workplace = workplaces[manager].get();
-    return workplace->startLinkedClient() ? workplace : nullptr;
+    return workplace->trayIsUp && workplace->startLinkedClient() ? workplace : nullptr;
 }
 
 void tst_WindowManagers::noticeLeavesTheKeyboardAlone_data()
@@ -244,7 +227,7 @@ void tst_WindowManagers::windowStaysWhereItWasPut()
     const QRect place = desktop->geometry(desktop->window);
 
     const std::function<void()> waysBack[] = {
-        [&] { desktop->click(desktop->icon()); },
+        [&] { desktop->click(desktop->trayIcon()); },
         [&] { desktop->run(clientProgram()); },
         [&] {
             desktop->service.sendLine("notice: one");
@@ -252,7 +235,7 @@ void tst_WindowManagers::windowStaysWhereItWasPut()
             desktop->activate(desktop->notices().first());
             desktop->pressKey(QStringLiteral("Return"));
             QVERIFY(waitFor([&] { return desktop->notices().isEmpty(); }));
-            desktop->click(desktop->icon());
+            desktop->click(desktop->trayIcon());
         },
     };
     for (const auto &comeBack : waysBack) {

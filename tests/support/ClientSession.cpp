@@ -69,6 +69,26 @@ bool ClientSession::startLinkedClient()
     return changesFrom(before);
 }
 
+bool ClientSession::startTrayer()
+{
+    start(QStringLiteral("trayer"),
+          {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
+           QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
+           QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
+           QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
+    return waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+}
+
+QPoint ClientSession::trayIcon() const
+{
+    QPoint found;
+    waitFor([&] {
+        found = orange(screenshot().copy(trayArea));
+        return !found.isNull();
+    });
+    return found;
+}
+
 void ClientSession::killClient()
 {
     client->kill();

@@ -28,6 +28,8 @@ public:
     static constexpr QPoint referralRow{80, 98};
     static constexpr QPoint supportRow{80, 154};
     static constexpr QPoint backButton{32, 30};
+    // Of the screen.
+    static constexpr QRect trayArea{0, 0, 380, 40};
 
     /// With another build of the program than the tests' own, if a path is given.
     explicit ClientSession(const QString &path = clientProgram(),
@@ -49,6 +51,14 @@ public:
     [[nodiscard]] bool startLinkedClient();
     /// With SIGKILL.
     void killClient();
+
+    /// An XEmbed tray in the corner of the screen.
+    [[nodiscard]] bool startTrayer();
+    /// The middle of the icon in a tray at the top of the screen. Waits until the tray has drawn
+    /// it; null on a timeout.
+    QPoint trayIcon() const;
+    /// The main window is neither minimised nor hidden.
+    bool isShown() const { return visibleWindows(clientTitle()) == QList<Window>{window}; }
 
     bool hasReceived(const QByteArray &line) const { return service.lines().contains(line); }
 
