@@ -134,6 +134,7 @@ private Q_SLOTS:
     void bringsTheWindowToTheFront();
     void bringsTheDialogToTheFront_data();
     void bringsTheDialogToTheFront();
+    void bringsTheWindowOnAnotherDisplayToTheFront();
     void tellsTheLauncherThatTheStartIsOver();
     void secondStartMakesNoWindow();
 
@@ -513,6 +514,24 @@ void tst_SecondStart::bringsTheDialogToTheFront()
     QVERIFY(waitFor([&] { return desktop.visibleWindows(clientTitle()).contains(window); }));
     QVERIFY(waitFor([&] { return desktop.visibleWindows(noticeTitle).contains(notice); }));
     QVERIFY(waitFor([&] { return desktop.activeWindow() == notice; }));
+}
+
+void tst_SecondStart::bringsTheWindowOnAnotherDisplayToTheFront()
+{
+    Desktop &here = desktopOf(WindowManager::Openbox);
+    Desktop &there = desktopOf(WindowManager::Metacity);
+    here.start(clientProgram(),
+               {QStringLiteral("-display"), there.environment().value(QStringLiteral("DISPLAY"))});
+    QVERIFY(waitFor([&] { return there.visibleWindows(clientTitle()).size() == 1; }));
+    const Desktop::Window window = there.visibleWindows(clientTitle()).first();
+    there.start(QStringLiteral("xmessage"), {QStringLiteral("-title"), QStringLiteral("other"),
+                                             QStringLiteral("Another window")});
+    QVERIFY(waitFor([&] { return there.visibleWindows(QStringLiteral("other")).size() == 1; }));
+    there.activate(there.visibleWindows(QStringLiteral("other")).first());
+    QVERIFY(waitFor([&] { return there.activeWindow() != window; }));
+
+    QCOMPARE(here.run(clientProgram()).exitCode, 0);
+    QVERIFY(waitFor([&] { return there.activeWindow() == window; }));
 }
 
 void tst_SecondStart::tellsTheLauncherThatTheStartIsOver()
