@@ -161,6 +161,8 @@ public:
         : dialog(text, nullptr)
     {
         dialog.show();
+        // On Windows the program of the test is in the background, where a notice takes no focus.
+        dialog.activateWindow();
         // The label knows where its links are only after the first painting.
         dialog.grab();
     }
