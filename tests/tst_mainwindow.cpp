@@ -1,12 +1,14 @@
 #include "tests/support/Painted.h"
 #include "tests/support/WindowBench.h"
 
+#include "ui/HideInPlace.h"
 #include "ui/PillLabel.h"
 
 #include <QImage>
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QScreen>
 #include <QTest>
 #include <QToolButton>
 
@@ -81,6 +83,7 @@ private Q_SLOTS:
     void menuButtonHasNoIndicator();
     void popupMenuStyle();
     void connectsBeforeItIsShown();
+    void comesBackFromAScreenThatIsGone();
 };
 
 void tst_MainWindow::init()
@@ -180,6 +183,16 @@ void tst_MainWindow::connectsBeforeItIsShown()
     const MainWindow window;
     QVERIFY(support::waitFor([&] { return service.accepted() == 1; }));
     QVERIFY(!window.isVisible());
+}
+
+void tst_MainWindow::comesBackFromAScreenThatIsGone()
+{
+    const WindowBench bench{WindowBench::Service::IsAway};
+    const QRect desktop = bench.window->screen()->virtualGeometry();
+    bench.window->move(desktop.bottomRight() + QPoint{100, 100});
+    ui::hideInPlace(bench.window.get());
+    bench.window->show();
+    QTRY_VERIFY(desktop.contains(bench.window->geometry().topLeft()));
 }
 
 QTEST_MAIN(tst_MainWindow)

@@ -6,6 +6,7 @@
 #include "ui/BackgroundGradient.h"
 #include "ui/CachedPicture.h"
 #include "ui/Catalogue.h"
+#include "ui/HideInPlace.h"
 #include "ui/LiveLabel.h"
 #include "ui/MenuStyle.h"
 #include "ui/NoticeDialog.h"
@@ -19,7 +20,6 @@
 #include "ui/ToggleSwitch.h"
 #include "ui/ToolButton.h"
 #include "ui/TrayController.h"
-#include "ui/WindowManager.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -299,9 +299,8 @@ void MainWindow::onServiceConnectionChanged(bool connected)
         }
         client->send(ipc::protocol::statusCommand);
     } else {
-        pillLabel->announceChange(tr("Service is not running"));
         toggle->setState(ToggleSwitch::State::Off);
-        showStatus(tr("Disconnected"));
+        showOffline();
         tray->setStatusText(tr("Service is not running"));
     }
 }
@@ -357,13 +356,18 @@ void MainWindow::retranslateUi()
     sideMenu->retranslate();
     setAccessibleNames();
     if (!serviceConnected) {
-        showStatus(tr("Disconnected"));
-        pillLabel->announceChange(tr("Service is not running"));
+        showOffline();
     } else if (lastStatus.isEmpty()) {
         pillLabel->announceChange(tr("Service connected"));
     } else {
         applyStatus(lastStatus);
     }
+}
+
+void MainWindow::showOffline()
+{
+    pillLabel->announceChange(tr("Service is not running"));
+    showStatus(tr("Disconnected"));
 }
 
 void MainWindow::applyStatus(const QString &word)

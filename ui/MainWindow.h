@@ -38,8 +38,8 @@ public:
     explicit MainWindow(QWidget *parent = nullptr);
 
 protected:
-    /// Hides to the tray if the desktop has one, unless the program is quitting. A window that
-    /// closes is the last one, with which Qt ends the program.
+    /// Hides to the tray if the desktop has one, unless the program is quitting. Otherwise the
+    /// window closes, and Qt ends the program, because it was the last.
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -66,6 +66,7 @@ private:
     void setAccessibleNames();
 
     void showStatus(const QString &text);
+    void showOffline();
     void showNextNotice();
     void sendLanguage(const QString &tag);
     void sendReferralCode(const QString &code);

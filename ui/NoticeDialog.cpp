@@ -117,7 +117,7 @@ NoticeDialog::NoticeDialog(const QString &text, QWidget *parent)
     // Qt by itself would limit the size to two thirds of the screen.
     resize(width, std::min(height, maximum.height()));
 
-    // Whoever types into another program must not find his words here, nor his Enter.
+    // What the user types into another program must not go here: Enter would close it unread.
     if (QGuiApplication::applicationState() != Qt::ApplicationActive) {
         comeUpQuietly(this);
     }

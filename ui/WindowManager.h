@@ -9,8 +9,4 @@ namespace ui {
 /// Wayland the compositor decides.
 void comeUpQuietly(QWidget *window);
 
-/// Hides the window so that it comes back where the user has put it. On Wayland the compositor
-/// decides.
-void hideInPlace(QWidget *window);
-
 } // namespace ui

@@ -16,12 +16,12 @@ namespace ui {
 namespace {
 
 /// Whatever its attributes say, Qt asks the window manager to activate a modal window as soon as it
-/// is mapped. Until then this one says that it takes no keyboard, so that the request comes to
+/// is mapped. Until then the window says that it takes no keyboard, so that the request comes to
 /// nothing.
-class QuietWindow : public QObject, public QAbstractNativeEventFilter
+class QuietStart : public QObject, public QAbstractNativeEventFilter
 {
 public:
-    explicit QuietWindow(QWidget *widget_)
+    explicit QuietStart(QWidget *widget_)
         : QObject(widget_)
         , widget(widget_)
         , id(static_cast<xcb_window_t>(widget->winId()))
@@ -40,23 +40,48 @@ public:
         if (event->type() == QEvent::Expose && widget->windowHandle()->isExposed()) {
             watched->removeEventFilter(this);
             widget->windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, false);
-            QApplication::alert(widget);
+            isOver = true;
+            if (programHasFocus) {
+                widget->activateWindow();
+            } else {
+                QApplication::alert(widget);
+            }
         }
         return false;
     }
 
-    /// Qt sees its own request pass, and would take it for the keyboard.
     bool nativeEventFilter(const QByteArray & /*type*/, void *message, long * /*result*/) override
     {
-        const auto *const event = static_cast<const xcb_client_message_event_t *>(message);
-        return (event->response_type & ~0x80U) == XCB_CLIENT_MESSAGE && event->window == id &&
-               event->type == activation;
+        const auto *const event = static_cast<const xcb_generic_event_t *>(message);
+        const unsigned type = event->response_type & ~0x80U;
+        switch (type) {
+        case XCB_CLIENT_MESSAGE: {
+            // Qt receives a copy of its own request, and would believe that the window is active.
+            const auto *const request = static_cast<const xcb_client_message_event_t *>(message);
+            return request->window == id && request->type == activation;
+        }
+        case XCB_FOCUS_IN:
+        case XCB_FOCUS_OUT: {
+            const auto *const focus = static_cast<const xcb_focus_in_event_t *>(message);
+            // Otherwise another program has the focus, and only the pointer is here.
+            if (focus->detail != XCB_NOTIFY_DETAIL_POINTER) {
+                programHasFocus = type == XCB_FOCUS_IN;
+            }
+            // Qt would pass the focus on to the modal window, which cannot take it yet.
+            return programHasFocus && !isOver;
+        }
+        default:
+            return false;
+        }
     }
 
 private:
     QWidget *widget;
     xcb_window_t id;
     xcb_atom_t activation;
+    // The window manager may give it to the program while the window comes up.
+    bool programHasFocus = false;
+    bool isOver = false;
 };
 
 } // namespace
@@ -65,25 +90,8 @@ void comeUpQuietly(QWidget *window)
 {
     window->setAttribute(Qt::WA_ShowWithoutActivating);
     if (QX11Info::isPlatformX11()) {
-        new QuietWindow{window};
+        new QuietStart{window};
     }
-}
-
-void hideInPlace(QWidget *window)
-{
-    QWindow *const handle = window->windowHandle();
-    const QPoint place = handle->framePosition();
-    // A window manager chooses a place for a window that has no position of the program's own.
-    handle->setFramePosition(place);
-    window->hide();
-
-    // Xfce's pulls what comes up wholly onto the screen, but lets it go back.
-    auto *const once = new QObject{handle};
-    QObject::connect(handle, &QWindow::visibleChanged, once, [once, handle, place] {
-        once->deleteLater();
-        QMetaObject::invokeMethod(
-            handle, [handle, place] { handle->setFramePosition(place); }, Qt::QueuedConnection);
-    });
 }
 
 } // namespace ui

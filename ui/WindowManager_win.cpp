@@ -12,9 +12,4 @@ void comeUpQuietly(QWidget *window)
         window, [window] { QApplication::alert(window); }, Qt::QueuedConnection);
 }
 
-void hideInPlace(QWidget *window)
-{
-    window->hide();
-}
-
 } // namespace ui

@@ -92,12 +92,16 @@ private Q_SLOTS:
 
     void noticeLeavesTheKeyboardAlone_data();
     void noticeLeavesTheKeyboardAlone();
+    void noticeOfTheGreetingTakesTheKeyboard_data();
+    void noticeOfTheGreetingTakesTheKeyboard();
     void windowStaysWhereItWasPut_data();
     void windowStaysWhereItWasPut();
 
 private:
-    /// With a client that has just been started; null if it does not come up.
+    /// Without a client; null if its tray does not come up.
     Workplace *workplaceOf(WindowManager manager);
+    /// With a client that has just been started; null if it does not come up.
+    Workplace *workplaceWithClient(WindowManager manager);
 
     std::map<WindowManager, std::unique_ptr<Workplace>> workplaces;
 };
@@ -117,7 +121,13 @@ Workplace *tst_WindowManagers::workplaceOf(WindowManager manager)
         workplaces[manager] = std::make_unique<Workplace>(manager);
     }
     Workplace *const workplace = workplaces[manager].get();
-    return workplace->trayIsUp && workplace->startLinkedClient() ? workplace : nullptr;
+    return workplace->trayIsUp ? workplace : nullptr;
+}
+
+Workplace *tst_WindowManagers::workplaceWithClient(WindowManager manager)
+{
+    Workplace *const workplace = workplaceOf(manager);
+    return workplace != nullptr && workplace->startLinkedClient() ? workplace : nullptr;
 }
 
 void tst_WindowManagers::noticeLeavesTheKeyboardAlone_data()
@@ -135,7 +145,7 @@ void tst_WindowManagers::noticeLeavesTheKeyboardAlone()
 {
     QFETCH(WindowManager, manager);
     QFETCH(Whereabouts, whereabouts);
-    Workplace *const desktop = workplaceOf(manager);
+    Workplace *const desktop = workplaceWithClient(manager);
     QVERIFY(desktop != nullptr);
 
     // It covers the window's left half.
@@ -201,6 +211,31 @@ void tst_WindowManagers::noticeLeavesTheKeyboardAlone()
     QVERIFY(waitFor([&] { return desktop->notices().isEmpty(); }));
 }
 
+void tst_WindowManagers::noticeOfTheGreetingTakesTheKeyboard_data()
+{
+    QTest::addColumn<WindowManager>("manager");
+    addWindowManagers(
+        [](const char *name, WindowManager manager) { QTest::newRow(name) << manager; });
+}
+
+// It comes before the window manager has given the keyboard to the new window.
+void tst_WindowManagers::noticeOfTheGreetingTakesTheKeyboard()
+{
+    QFETCH(WindowManager, manager);
+    Workplace *const desktop = workplaceOf(manager);
+    QVERIFY(desktop != nullptr);
+    const QObject greeting;
+    connect(&desktop->service, &support::ScriptedService::clientConnected, &greeting,
+            [desktop] { desktop->service.sendLine("notice: one"); });
+    QVERIFY(desktop->startClient());
+    QVERIFY(waitFor([&] { return desktop->notices().size() == 1; }));
+    const Desktop::Window notice = desktop->notices().first();
+    QVERIFY(waitFor([&] { return desktop->activeWindow() == notice; }));
+    desktop->pressKey(QStringLiteral("Return"));
+    QVERIFY(waitFor([&] { return desktop->notices().isEmpty(); }));
+    QVERIFY(waitFor([&] { return desktop->activeWindow() == desktop->window; }));
+}
+
 void tst_WindowManagers::windowStaysWhereItWasPut_data()
 {
     QTest::addColumn<WindowManager>("manager");
@@ -218,7 +253,7 @@ void tst_WindowManagers::windowStaysWhereItWasPut()
     QFETCH(WindowManager, manager);
     QFETCH(QPoint, corner);
     QFETCH(bool, minimised);
-    Workplace *const desktop = workplaceOf(manager);
+    Workplace *const desktop = workplaceWithClient(manager);
     QVERIFY(desktop != nullptr);
     const QRect before = desktop->geometry(desktop->window);
     desktop->move(desktop->window, corner);
