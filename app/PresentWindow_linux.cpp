@@ -101,7 +101,6 @@ void presentWindow(QWidget *window, const QByteArray &startupId)
     }
     QWidget *const front = dialog != nullptr ? dialog : window;
     window->raise();
-    window->activateWindow();
     front->raise();
     front->activateWindow();
     if (QX11Info::isPlatformX11()) {

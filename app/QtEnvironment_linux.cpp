@@ -13,7 +13,7 @@ namespace {
 
 constexpr uint32_t wholeProperty = 100'000'000;
 
-// Looks where Qt looks.
+// Qt reads this property of the root window, with this tab.
 bool hasXftDpi()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server{

@@ -4,7 +4,8 @@
 #include "ui/X11Atom_linux.h"
 
 #include <QDBusConnection>
-#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QTimer>
@@ -41,10 +42,13 @@ bool hasEmbeddingTray()
 bool hasTrayOnBus()
 {
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-    return QDBusInterface{watcher, QStringLiteral("/StatusNotifierWatcher"), watcher,
-                          QDBusConnection::sessionBus()}
-        .property("IsStatusNotifierHostRegistered")
-        .toBool();
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        watcher, QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << watcher << QStringLiteral("IsStatusNotifierHostRegistered");
+    const QDBusReply<QVariant> answer =
+        QDBusConnection::sessionBus().call(question, QDBus::Block, intervalMs);
+    return answer.value().toBool();
 }
 
 // QSystemTrayIcon must not be asked yet: it asks the session bus once and keeps the answer.
@@ -55,16 +59,23 @@ bool hasTray()
 
 } // namespace
 
-SessionStart::SessionStart()
-    : autostarted(qEnvironmentVariableIsSet("DESKTOP_AUTOSTART_ID"))
-{}
-
-bool SessionStart::waitForTray(SingleInstance &instance) const
+bool takeAutostartId()
 {
-    if ((!autostarted && !qGuiApp->isSessionRestored()) || hasTray()) {
+    constexpr char variable[] = "DESKTOP_AUTOSTART_ID";
+    const bool isSet = qEnvironmentVariableIsSet(variable);
+    qunsetenv(variable);
+    return isSet;
+}
+
+bool waitForTray(bool autostarted, SingleInstance &instance)
+{
+    if (!autostarted && !qGuiApp->isSessionRestored()) {
         return true;
     }
     instance.queueRequests();
+    if (hasTray()) {
+        return true;
+    }
     QEventLoop loop;
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&loop] {

@@ -2,12 +2,13 @@
 
 namespace app {
 
-SessionStart::SessionStart()
-    : autostarted(false)
-{}
+bool takeAutostartId()
+{
+    return false;
+}
 
 // Windows always has a tray.
-bool SessionStart::waitForTray(SingleInstance & /*instance*/) const
+bool waitForTray(bool /*autostarted*/, SingleInstance & /*instance*/)
 {
     return true;
 }

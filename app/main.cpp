@@ -29,7 +29,7 @@ int main(int argc, char *argv[])
     }
 
     // 3. The application object, with its names and version.
-    const app::SessionStart sessionStart;
+    const bool autostarted = app::takeAutostartId();
     app::Application application{argc, argv};
 
     // 4. The self-test, if a locale was given; otherwise a normal run without a claim.
@@ -42,7 +42,7 @@ int main(int argc, char *argv[])
     //    written, QSettings keeps a choice in memory while one of its objects exists.
     const QSettings settings;
     app::installStartupTranslator(application);
-    if (!sessionStart.waitForTray(instance)) {
+    if (!app::waitForTray(autostarted, instance)) {
         return 0;
     }
     MainWindow window;
