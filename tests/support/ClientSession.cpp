@@ -83,8 +83,9 @@ QPoint ClientSession::trayIcon() const
 {
     QPoint found;
     waitFor([&] {
+        const QPoint before = found;
         found = orange(screenshot().copy(trayArea));
-        return !found.isNull();
+        return !found.isNull() && found == before;
     });
     return found;
 }

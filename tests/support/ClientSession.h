@@ -54,8 +54,8 @@ public:
 
     /// An XEmbed tray in the corner of the screen.
     [[nodiscard]] bool startTrayer();
-    /// The middle of the icon in a tray at the top of the screen. Waits until the tray has drawn
-    /// it; null on a timeout.
+    /// The middle of the icon in a tray at the top of the screen. Waits until the tray has drawn it
+    /// and moves it no more; null on a timeout.
     QPoint trayIcon() const;
     /// The main window is neither minimised nor hidden.
     bool isShown() const { return visibleWindows(clientTitle()) == QList<Window>{window}; }
