@@ -18,14 +18,14 @@ namespace ui::accessibility {
 
 namespace {
 
-bool isPart(const QWidget *widget)
+bool isOnMainScreen(const QWidget *widget)
 {
     const auto *const window = qobject_cast<QMainWindow *>(widget->window());
     return window != nullptr && window->centralWidget() == widget->parentWidget();
 }
 
 /// A part of the main screen, which an overlay can cover.
-class Part : public QAccessibleWidget
+class MainScreenPart : public QAccessibleWidget
 {
 public:
     using QAccessibleWidget::QAccessibleWidget;
@@ -33,21 +33,22 @@ public:
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        state.invisible = state.invisible || (isPart(widget()) && Overlay::isCovered(widget()));
+        state.invisible =
+            state.invisible || (isOnMainScreen(widget()) && Overlay::isCovered(widget()));
         return state;
     }
 };
 
-class Text : public Part
+class Text : public MainScreenPart
 {
 public:
     explicit Text(QLabel *label)
-        : Part(label)
+        : MainScreenPart(label)
     {}
 
     QAccessible::State state() const override
     {
-        QAccessible::State state = Part::state();
+        QAccessible::State state = MainScreenPart::state();
         state.readOnly = true;
         return state;
     }
@@ -61,50 +62,50 @@ public:
     QString text(QAccessible::Text kind) const override
     {
         return kind == QAccessible::Name ? static_cast<QLabel *>(widget())->text()
-                                         : Part::text(kind);
+                                         : MainScreenPart::text(kind);
     }
 };
 
-class MenuButton : public Part
+class MenuButton : public MainScreenPart
 {
 public:
     explicit MenuButton(QToolButton *button)
-        : Part(button, QAccessible::ButtonMenu)
+        : MainScreenPart(button, QAccessible::ButtonMenu)
     {}
 
     QAccessible::State state() const override
     {
-        QAccessible::State state = Part::state();
+        QAccessible::State state = MainScreenPart::state();
         state.hasPopup = true;
         return state;
     }
 
     QStringList actionNames() const override
     {
-        return QStringList{pressAction()} + Part::actionNames();
+        return QStringList{pressAction()} + MainScreenPart::actionNames();
     }
 
     void doAction(const QString &name) override
     {
         if (name != pressAction()) {
-            Part::doAction(name);
+            MainScreenPart::doAction(name);
         } else if (!state().invisible) {
             static_cast<QToolButton *>(widget())->animateClick();
         }
     }
 };
 
-class Switch : public Part
+class Switch : public MainScreenPart
 {
 public:
     explicit Switch(ToggleSwitch *toggle)
-        : Part(toggle, QAccessible::CheckBox)
+        : MainScreenPart(toggle, QAccessible::CheckBox)
     {}
 
     QAccessible::State state() const override
     {
         const auto *const toggle = static_cast<ToggleSwitch *>(widget());
-        QAccessible::State state = Part::state();
+        QAccessible::State state = MainScreenPart::state();
         state.checkable = true;
         state.checked = toggle->isOn();
         state.busy = toggle->isChanging();
@@ -124,10 +125,10 @@ public:
     }
 };
 
-class Dialog : public QAccessibleWidget
+class ModalDialog : public QAccessibleWidget
 {
 public:
-    explicit Dialog(QDialog *dialog)
+    explicit ModalDialog(QDialog *dialog)
         : QAccessibleWidget(dialog, QAccessible::Dialog)
     {}
 
@@ -173,13 +174,13 @@ QAccessibleInterface *make(const QString & /*className*/, QObject *object)
         return link->address().isEmpty() ? nullptr : new Link{link};
     }
     if (auto *const dialog = qobject_cast<QDialog *>(object)) {
-        return new Dialog{dialog};
+        return new ModalDialog{dialog};
     }
     if (auto *const overlay = qobject_cast<Overlay *>(object)) {
         return new QAccessibleWidget{overlay, QAccessible::Grouping};
     }
     auto *const widget = qobject_cast<QWidget *>(object);
-    if (widget == nullptr || !isPart(widget)) {
+    if (widget == nullptr || !isOnMainScreen(widget)) {
         return nullptr;
     }
     if (auto *const label = qobject_cast<QLabel *>(object)) {
@@ -188,7 +189,7 @@ QAccessibleInterface *make(const QString & /*className*/, QObject *object)
     if (auto *const button = qobject_cast<QToolButton *>(object)) {
         return new MenuButton{button};
     }
-    return new Part{widget};
+    return new MainScreenPart{widget};
 }
 
 } // namespace

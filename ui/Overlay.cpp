@@ -79,7 +79,7 @@ void Overlay::hideEvent(QHideEvent *event)
 void Overlay::notifySiblings(const QEvent &cause, QAccessible::Event notification)
 {
     // A spontaneous event belongs to the whole window, which is minimised or restored.
-    if (cause.spontaneous() || !QAccessible::isActive() || parentWidget() == nullptr) {
+    if (cause.spontaneous() || parentWidget() == nullptr) {
         return;
     }
     QList<QWidget *> siblings = childrenOf(parentWidget());
@@ -91,7 +91,7 @@ void Overlay::notifySiblings(const QEvent &cause, QAccessible::Event notificatio
         // A screen reader would read out a live label that appears, whether its text is new or not.
         if (auto *const label = qobject_cast<LiveLabel *>(sibling)) {
             label->setCovered(notification == QAccessible::ObjectHide);
-        } else if (sibling->isVisible()) {
+        } else if (QAccessible::isActive() && sibling->isVisible()) {
             QAccessibleEvent event{sibling, notification};
             QAccessible::updateAccessibility(&event);
         }

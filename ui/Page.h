@@ -17,9 +17,6 @@ class Page : public Overlay
 {
     Q_OBJECT
 
-public:
-    ~Page() override = default;
-
 Q_SIGNALS:
     void closeRequested();
 
