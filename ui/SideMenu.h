@@ -9,7 +9,7 @@ namespace ui {
 class MenuItem;
 
 /// The menu that slides in from the left over the whole of its parent: a dark background and a
-/// panel with four rows.
+/// panel with its rows.
 ///
 /// It reports the user's choice and opens nothing itself. A row first closes the menu and then
 /// reports, so that the owner's page opens over a closing menu. No key closes the menu.
