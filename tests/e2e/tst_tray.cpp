@@ -282,6 +282,7 @@ void tst_Tray::otherButtonsDoNot()
     QVERIFY(desktop.up);
     desktop.close(desktop.window);
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
+    QVERIFY(desktop.linkAgain());
     desktop.click(desktop.trayIcon(), 2);
     desktop.click(desktop.trayIcon(), 3);
     // Once the menu is open, the click of the middle button has been handled.
@@ -320,6 +321,7 @@ void tst_Tray::menuUnderMouse()
     QVERIFY(desktop.up);
     desktop.close(desktop.window);
     QVERIFY(waitFor([&] { return !desktop.isShown(); }));
+    QVERIFY(desktop.linkAgain());
 
     const auto openMenu = [&desktop] {
         desktop.click(desktop.trayIcon(), 3);
@@ -377,6 +379,7 @@ void tst_Tray::noticesOverHiddenWindow()
         desktop.activate(desktop.visibleWindows(notice).first());
         desktop.pressKey(QStringLiteral("Return"));
         QVERIFY(waitFor([&] { return desktop.visibleWindows(notice).isEmpty(); }));
+        QVERIFY(desktop.linkAgain());
         desktop.click(desktop.trayIcon(), 3);
         QVERIFY(waitFor([&] { return desktop.popup() != 0; }));
         desktop.pressKey(QStringLiteral("Up"));

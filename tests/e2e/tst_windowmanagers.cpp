@@ -35,14 +35,6 @@ public:
 
     QList<Window> notices() const { return visibleWindows(QStringLiteral("Notice")); }
 
-    /// Takes longer than Qt needs to notice that the focus is gone for good.
-    [[nodiscard]] bool linkAgain()
-    {
-        service.clear();
-        service.reset();
-        return waitFor([this] { return hasReceived(support::askStatus()); });
-    }
-
     [[nodiscard]] bool put(Whereabouts whereabouts)
     {
         switch (whereabouts) {

@@ -90,6 +90,13 @@ QPoint ClientSession::trayIcon() const
     return found;
 }
 
+bool ClientSession::linkAgain()
+{
+    service.clear();
+    service.reset();
+    return waitFor([this] { return hasReceived(askStatus()); });
+}
+
 void ClientSession::killClient()
 {
     client->kill();

@@ -49,6 +49,9 @@ public:
     [[nodiscard]] bool startClient();
     /// As above, with a service that listens and answers that the tunnel is up.
     [[nodiscard]] bool startLinkedClient();
+    /// Resets the client's connection and waits for the next. That takes longer than Qt needs to
+    /// notice that the focus has gone to another program, upon which it closes every menu.
+    [[nodiscard]] bool linkAgain();
     /// With SIGKILL.
     void killClient();
 
