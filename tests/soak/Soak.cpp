@@ -304,11 +304,14 @@ QList<QImage> Soak::pictures(const QList<QByteArray> &lines)
 
 QImage Soak::picture(bool pulsing)
 {
+    if (!pulsing) {
+        return session.still(session.window);
+    }
     const Testimony seen = look();
     QImage last;
     const bool still = support::waitFor([&] {
         QImage now = session.screenshot(session.window);
-        for (int y = pulsing ? seen.switchTop : 0; pulsing && y <= seen.switchBottom; ++y) {
+        for (int y = seen.switchTop; y <= seen.switchBottom; ++y) {
             std::fill_n(now.scanLine(y), now.bytesPerLine(), 0);
         }
         const bool same = now == last;
