@@ -50,7 +50,6 @@ private:
     static bool hidesIn(const TrayHost &host, ClientSession &session);
     static bool comesBackByIcon(ClientSession &session);
     /// Waits until the tray accepts icons.
-    static QProcess *startTrayer(ClientSession &session);
 };
 
 bool tst_DesktopSession::startWaiting(ClientSession &session, Start start)
@@ -96,13 +95,6 @@ bool tst_DesktopSession::comesBackByIcon(ClientSession &session)
     });
 }
 
-QProcess *tst_DesktopSession::startTrayer(ClientSession &session)
-{
-    QProcess *const trayer = session.start(QStringLiteral("trayer"));
-    waitFor([&session] { return session.isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
-    return trayer;
-}
-
 void tst_DesktopSession::sessionStartGetsAnIcon_data()
 {
     QTest::addColumn<Start>("start");
@@ -128,7 +120,7 @@ void tst_DesktopSession::sessionStartGetsAnIcon()
     if (onBus) {
         host = std::make_unique<TrayHost>(session.environment());
     } else {
-        startTrayer(session);
+        session.startTrayer();
     }
     QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
     session.window = session.visibleWindows(clientTitle()).first();
@@ -154,7 +146,7 @@ void tst_DesktopSession::sessionStartWithoutTray()
 void tst_DesktopSession::sessionStartNearTray()
 {
     ClientSession session;
-    startTrayer(session);
+    session.startTrayer();
     session.setPace(0.001);
     session.client =
         session.start(clientProgram(), {QStringLiteral("-session"), QStringLiteral("any")});
@@ -185,12 +177,12 @@ void tst_DesktopSession::logOutWhileItWaits()
 void tst_DesktopSession::embeddingTrayRestarted()
 {
     ClientSession session;
-    QProcess *const trayer = startTrayer(session);
+    QProcess *const trayer = session.startTrayer();
     QVERIFY(session.startClient());
     QVERIFY(hides(session));
 
     session.stop(trayer);
-    startTrayer(session);
+    session.startTrayer();
     QVERIFY(comesBackByIcon(session));
     QVERIFY(hides(session));
 }
@@ -245,7 +237,7 @@ void tst_DesktopSession::logOut()
     ClientSession session;
     session.setVariable(QStringLiteral("SESSION_MANAGER"), manager.address());
     if (tray) {
-        startTrayer(session);
+        session.startTrayer();
     }
     QVERIFY(session.startClient());
     QVERIFY(waitFor([&] { return manager.members() == 1; }));

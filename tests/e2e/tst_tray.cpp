@@ -33,7 +33,7 @@ public:
     explicit TrayDesktop(Host host)
     {
         if (host == Host::XEmbed) {
-            trayIsUp = startTrayer();
+            trayIsUp = startTrayer() != nullptr;
         } else {
             panel = std::make_unique<StatusPanel>(*this);
             trayIsUp = panel->isUp();

@@ -25,7 +25,7 @@ public:
     explicit Workplace(WindowManager manager)
         : ClientSession(clientProgram(), manager)
     {
-        trayIsUp = startTrayer();
+        trayIsUp = startTrayer() != nullptr;
         service.listen();
         hurry();
         keepAll();

@@ -69,14 +69,15 @@ bool ClientSession::startLinkedClient()
     return changesFrom(before);
 }
 
-bool ClientSession::startTrayer()
+QProcess *ClientSession::startTrayer()
 {
-    start(QStringLiteral("trayer"),
-          {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
-           QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
-           QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
-           QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
-    return waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); });
+    QProcess *const trayer =
+        start(QStringLiteral("trayer"),
+              {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
+               QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
+               QStringLiteral("--width"), QStringLiteral("300"), QStringLiteral("--heighttype"),
+               QStringLiteral("pixel"), QStringLiteral("--height"), QStringLiteral("32")});
+    return waitFor([this] { return isSelectionOwned("_NET_SYSTEM_TRAY_S0"); }) ? trayer : nullptr;
 }
 
 QPoint ClientSession::trayIcon() const

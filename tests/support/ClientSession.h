@@ -55,8 +55,8 @@ public:
     /// With SIGKILL.
     void killClient();
 
-    /// An XEmbed tray in the corner of the screen.
-    [[nodiscard]] bool startTrayer();
+    /// An XEmbed tray in the corner of the screen; null if it does not come up.
+    QProcess *startTrayer();
     /// The middle of the icon in a tray at the top of the screen. Waits until the tray has drawn it
     /// and moves it no more; null on a timeout.
     QPoint trayIcon() const;
