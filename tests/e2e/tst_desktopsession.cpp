@@ -49,7 +49,6 @@ private:
     static bool hides(ClientSession &session);
     static bool hidesIn(const TrayHost &host, ClientSession &session);
     static bool comesBackByIcon(ClientSession &session);
-    /// Waits until the tray accepts icons.
 };
 
 bool tst_DesktopSession::startWaiting(ClientSession &session, Start start)
