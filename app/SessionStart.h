@@ -1,10 +1,5 @@
 #pragma once
 
-/// Lets a client that the session starts wait for the tray, which often comes later: a window gets
-/// an icon only if there is a tray when it is created.
-///
-/// The session starts a client with Qt's option -session, as session managers that restore it do
-/// and as an autostart entry should, or with DESKTOP_AUTOSTART_ID in the environment.
 namespace app {
 
 class SingleInstance;
@@ -14,9 +9,14 @@ class SingleInstance;
 /// theme of Qt loads, would remove it first.
 bool takeAutostartId();
 
-/// After a start by the session it waits for a tray, up to 10 s; requests of later starts are
-/// queued. Returns false if the application was told to quit meanwhile. Needs the application
-/// object.
+/// After a start by the session, waits up to 10 s for the tray, which often comes later than the
+/// client: a window gets an icon only if there is a tray when it is created. Requests of later
+/// starts are queued meanwhile.
+///
+/// The session starts a client with Qt's option -session, as session managers that restore it do
+/// and as an autostart entry should, or with DESKTOP_AUTOSTART_ID in the environment.
+///
+/// Returns false if the application was told to quit meanwhile. Needs the application object.
 bool waitForTray(bool autostarted, SingleInstance &instance);
 
 } // namespace app

@@ -1,5 +1,6 @@
 #include "ui/HideInPlace.h"
 
+#include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -17,9 +18,9 @@ void hideInPlace(QWidget *window)
     auto *const once = new QObject{handle};
     QObject::connect(handle, &QWindow::visibleChanged, once, [once, handle, frame] {
         once->deleteLater();
-        const QScreen *const screen = handle->screen();
-        if (!screen->virtualGeometry().intersects(frame)) {
-            handle->setFramePosition(screen->availableGeometry().topLeft());
+        const QPoint handhold{frame.center().x(), frame.top()};
+        if (QGuiApplication::screenAt(handhold) == nullptr) {
+            handle->setFramePosition(handle->screen()->availableGeometry().topLeft());
             return;
         }
         // xfwm4 moves a window that it maps wholly onto the screen. It may go back afterwards.
