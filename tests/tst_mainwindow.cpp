@@ -1,8 +1,8 @@
 #include "tests/support/Painted.h"
 #include "tests/support/WindowBench.h"
 
-#include "ui/HideInPlace.h"
 #include "ui/PillLabel.h"
+#include "ui/WindowManager.h"
 
 #include <QImage>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #include "ui/Dialog.h"
 
-#include "ui/MenuStyle.h"
+#include "ui/Theme.h"
 
 #include <QVBoxLayout>
 

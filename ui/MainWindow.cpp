@@ -3,12 +3,9 @@
 #include "ipc/Protocol.h"
 #include "ipc/ServiceClient.h"
 #include "ui/Accessibility.h"
-#include "ui/BackgroundGradient.h"
 #include "ui/CachedPicture.h"
 #include "ui/Catalogue.h"
-#include "ui/HideInPlace.h"
 #include "ui/LiveLabel.h"
-#include "ui/MenuStyle.h"
 #include "ui/NoticeDialog.h"
 #include "ui/PillLabel.h"
 #include "ui/PressFilter.h"
@@ -17,9 +14,11 @@
 #include "ui/SettingsDialog.h"
 #include "ui/SideMenu.h"
 #include "ui/SupportDialog.h"
+#include "ui/Theme.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/ToolButton.h"
 #include "ui/TrayController.h"
+#include "ui/WindowManager.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "ui/Page.h"
 
-#include "ui/BackgroundGradient.h"
+#include "ui/Theme.h"
 #include "ui/ToolButton.h"
 
 #include <QEvent>

@@ -1,4 +1,4 @@
-#include "ui/HideInPlace.h"
+#include "ui/WindowManager.h"
 
 #include <QGuiApplication>
 #include <QScreen>
