@@ -41,14 +41,6 @@ QString storedClientId()
     return service.value(QStringLiteral("client_id")).toString();
 }
 
-QLabel *makeLink(const QString &address, QWidget *parent)
-{
-    auto *const link = new LinkLabel{parent};
-    link->setObjectName(QStringLiteral("link"));
-    link->showAddress(address);
-    return link;
-}
-
 } // namespace
 
 SupportDialog::SupportDialog(QWidget *parent)
@@ -57,11 +49,14 @@ SupportDialog::SupportDialog(QWidget *parent)
     contactCaption = makeSectionCaption({});
     contactText = new QLabel{this};
     contactText->setWordWrap(true);
+    auto *const link = new LinkLabel{this};
+    link->setObjectName(QStringLiteral("link"));
+    link->showAddress(supportLink());
     infoCaption = makeSectionCaption({});
 
     body->addWidget(contactCaption);
     body->addWidget(contactText);
-    body->addWidget(makeLink(supportLink(), this));
+    body->addWidget(link);
     body->addSpacing(4);
     body->addWidget(infoCaption);
     const QString applicationVersion = QCoreApplication::applicationVersion();
@@ -81,7 +76,14 @@ SupportDialog::SupportDialog(QWidget *parent)
 
 void SupportDialog::openPage()
 {
-    refreshReferral();
+    const QString code = storedReferralCode();
+    const bool valid = isValidReferralCode(code);
+    const CopyRow &referral = rows.constLast();
+    if (valid) {
+        setButtonText(referral, code);
+        referral.button->setProperty(copyValueProperty, code);
+    }
+    referral.row->setVisible(valid);
     open();
 }
 
@@ -107,7 +109,7 @@ void SupportDialog::addCopyRow(const QString &value, const char *text)
 void SupportDialog::onCopy(const CopyRow &row)
 {
     const QString value = row.button->property(copyValueProperty).toString();
-    QGuiApplication::clipboard()->setText(value, QClipboard::Clipboard);
+    QGuiApplication::clipboard()->setText(value);
     setButtonText(row, tr("Copied!"));
     QTimer::singleShot(feedbackTime, row.button, [row, value] { setButtonText(row, value); });
 }
@@ -122,18 +124,6 @@ void SupportDialog::setButtonText(const CopyRow &row, const QString &text)
 void SupportDialog::nameButton(const CopyRow &row)
 {
     row.button->setAccessibleName(row.caption->text() + QLatin1Char{' '} + row.button->text());
-}
-
-void SupportDialog::refreshReferral()
-{
-    const QString code = storedReferralCode();
-    const bool valid = isValidReferralCode(code);
-    const CopyRow &referral = rows.constLast();
-    if (valid) {
-        setButtonText(referral, code);
-        referral.button->setProperty(copyValueProperty, code);
-    }
-    referral.row->setVisible(valid);
 }
 
 void SupportDialog::retranslateUi()

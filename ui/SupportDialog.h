@@ -33,7 +33,6 @@ private:
     void onCopy(const CopyRow &row);
     static void setButtonText(const CopyRow &row, const QString &text);
     static void nameButton(const CopyRow &row);
-    void refreshReferral();
     void retranslateUi() override;
 
     QLabel *contactCaption = nullptr;

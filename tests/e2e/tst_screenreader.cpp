@@ -318,15 +318,14 @@ void tst_ScreenReader::everyPlace()
             button, texts.support(caption) + QLatin1Char{' '} + value,
             QStringLiteral(" (%1): Press, SetFocus").arg(texts.support("Click to copy")));
     };
-    QVERIFY(
-        reads({frame, control(panel, texts.support("Support")), back(texts.support("Back")),
-               label(texts.support("Support")), label(texts.support("CONTACT")),
-               label(texts.support("For any questions about VPN operation, please contact us:")),
-               label(texts.support("INFO")),
-               control(QStringLiteral("link"), QStringLiteral("https://ixovpn.example/support"),
-                       QStringLiteral(": Press, SetFocus")),
-               label(texts.support("Version:")), copy("Version:", version),
-               label(texts.support("Your ID:")), copy("Your ID:", clientId)}));
+    QVERIFY(reads(
+        {frame, control(panel, texts.support("Support")), back(texts.support("Back")),
+         label(texts.support("Support")), label(texts.support("CONTACT")),
+         label(texts.support("For any questions about VPN operation, please contact us:")),
+         control(QStringLiteral("link"), QStringLiteral("https://ixovpn.example/support"),
+                 QStringLiteral(": Press, SetFocus")),
+         label(texts.support("INFO")), label(texts.support("Version:")), copy("Version:", version),
+         label(texts.support("Your ID:")), copy("Your ID:", clientId)}));
 }
 
 void tst_ScreenReader::languageSwitch()
