@@ -21,10 +21,10 @@ void exitOnFatalMessage(QtMsgType type, const QMessageLogContext &context, const
     }
 }
 
-template <typename Argument> Argument &afterHandlerIsInstalled(Argument &argument)
+int &afterHandlerIsInstalled(int &argc)
 {
     usualHandler = qInstallMessageHandler(exitOnFatalMessage);
-    return argument;
+    return argc;
 }
 
 } // namespace

@@ -81,11 +81,6 @@ bool isWayland()
 
 } // namespace
 
-QByteArray startupIdFromEnvironment()
-{
-    return qgetenv("DESKTOP_STARTUP_ID");
-}
-
 void presentWindow(QWidget *window, const QByteArray &startupId)
 {
     QWidget *const dialog = QApplication::activeModalWidget();

@@ -6,13 +6,10 @@ class QWidget;
 
 namespace app {
 
-/// The start-up ID from an X11 launcher, which ends in the time of the user's action. Empty if it
-/// is not set; its content is not checked.
-QByteArray startupIdFromEnvironment();
-
 /// Shows the window, restores it if it is minimised, and raises and activates it with its open
 /// dialog. On X11 it tells the window manager that the user asked for this, and the launcher that
-/// the start is complete; the start-up ID may be empty. On Wayland the compositor decides.
+/// the start is complete; the start-up ID, which ends in the time of the user's action, may be
+/// empty. On Wayland the compositor decides.
 void presentWindow(QWidget *window, const QByteArray &startupId);
 
 } // namespace app

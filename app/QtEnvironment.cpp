@@ -4,11 +4,6 @@
 
 namespace app {
 
-QtEnvironment::QtEnvironment(Run run)
-{
-    prepare(run);
-}
-
 QtEnvironment::~QtEnvironment()
 {
     for (const char *name : ours) {

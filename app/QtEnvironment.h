@@ -30,7 +30,6 @@ public:
     QtEnvironment &operator=(const QtEnvironment &) = delete;
 
 private:
-    void prepare(Run run);
     /// `name` is a string literal.
     void setDefault(const char *name, const QByteArray &value);
 

@@ -36,7 +36,7 @@ bool hasXftDpi()
 
 } // namespace
 
-void QtEnvironment::prepare(Run run)
+QtEnvironment::QtEnvironment(Run run)
 {
     setDefault("QT_XCB_GL_INTEGRATION", QByteArrayLiteral("none"));
 

@@ -37,7 +37,7 @@ QString ownFolder()
 
 } // namespace
 
-void QtEnvironment::prepare(Run /*run*/)
+QtEnvironment::QtEnvironment(Run /*run*/)
 {
     keepSystemSearchAtHome();
     qunsetenv("QT_QPA_PLATFORM_PLUGIN_PATH");

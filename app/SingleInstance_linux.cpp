@@ -114,7 +114,7 @@ void askForWindow(const std::string &folder)
     const Descriptor channel = openSocket();
     const sockaddr_un address = channelAddress(folder);
     // One datagram is one request: the start-up ID, which may be empty.
-    const QByteArray request = startupIdFromEnvironment().left(maxRequestSize);
+    const QByteArray request = qgetenv("DESKTOP_STARTUP_ID").left(maxRequestSize);
     sendto(channel.get(), request.constData(), static_cast<std::size_t>(request.size()),
            MSG_NOSIGNAL, generic(address), sizeof address);
 }

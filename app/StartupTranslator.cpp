@@ -11,13 +11,8 @@ namespace app {
 void installStartupTranslator(QApplication &application)
 {
     auto *const translator = new QTranslator{&application};
-    QStringList candidates{QLocale{}.name(), ui::catalogue::localeTag(),
-                           ui::catalogue::fallbackTag()};
-    const QString stored = ui::catalogue::storedTag();
-    if (!stored.isEmpty()) {
-        candidates.prepend(stored);
-    }
-    for (const QString &tag : qAsConst(candidates)) {
+    for (const QString &tag : {ui::catalogue::storedTag(), QLocale{}.name(),
+                               ui::catalogue::localeTag(), ui::catalogue::fallbackTag()}) {
         if (ui::catalogue::load(*translator, tag)) {
             QCoreApplication::installTranslator(translator);
             return;
