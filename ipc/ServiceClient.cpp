@@ -48,8 +48,7 @@ ServiceClient::ServiceClient(QObject *parent)
 void ServiceClient::connectToService()
 {
     if (socket->state() == QAbstractSocket::UnconnectedState) {
-        socket->connectToHost(QString{protocol::serviceHost}, protocol::servicePort,
-                              QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+        socket->connectToHost(QString{protocol::serviceHost}, protocol::servicePort);
     }
 }
 

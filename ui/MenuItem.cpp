@@ -2,7 +2,6 @@
 
 #include <QFontMetrics>
 #include <QPainter>
-#include <QPainterPath>
 #include <QtMath>
 
 #include <cmath>
@@ -33,10 +32,7 @@ void drawGear(QPainter &painter, const QPointF &c)
                 << onCircle(c, rootRadius, root - halfEdge)
                 << onCircle(c, rootRadius, root + halfEdge);
     }
-    QPainterPath path;
-    path.addPolygon(outline);
-    path.closeSubpath();
-    painter.drawPath(path);
+    painter.drawPolygon(outline);
     painter.drawEllipse(c, 3.2, 3.2);
 }
 

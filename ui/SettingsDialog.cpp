@@ -85,8 +85,7 @@ SettingsDialog::SettingsDialog(QWidget *parent)
 void SettingsDialog::openPage(const QString &tag)
 {
     currentTag = tag;
-    const int index =
-        languageCombo->findData(tag, Qt::UserRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const int index = languageCombo->findData(tag);
     languageCombo->setCurrentIndex(std::max(index, 0));
     open();
 }

@@ -18,13 +18,13 @@ TrayController::TrayController(QWidget *window_)
     tray = new QSystemTrayIcon{QIcon{QStringLiteral(":/assets/tray_icon.ico")}, this};
     tray->setToolTip(tr("IXOVPN — disconnected"));
 
-    menu = new QMenu{window};
+    auto *const menu = new QMenu{window};
     const QAction *const showAction = menu->addAction(tr("Show"));
     menu->addSeparator();
     const QAction *const quitAction = menu->addAction(tr("Quit"));
     tray->setContextMenu(menu);
 
-    connect(showAction, &QAction::triggered, this, [this] { showWindow(); });
+    connect(showAction, &QAction::triggered, this, &TrayController::showWindow);
     connect(quitAction, &QAction::triggered, this, [this] {
         Q_EMIT quitRequested();
         QCoreApplication::quit();

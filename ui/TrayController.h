@@ -3,7 +3,6 @@
 #include <QObject>
 #include <QString>
 
-class QMenu;
 class QSystemTrayIcon;
 class QWidget;
 
@@ -37,7 +36,6 @@ private:
 
     QWidget *window;
     QSystemTrayIcon *tray = nullptr;
-    QMenu *menu = nullptr;
 };
 
 } // namespace ui
