@@ -4,6 +4,9 @@
 #include "tests/support/SessionManager.h"
 #include "tests/support/TrayHost.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QTest>
 
 #include <memory>
@@ -20,6 +23,36 @@ namespace {
 /// How a session starts a program.
 enum class Start { Restored, Autostarted };
 
+/// A tray on the session bus that never answers.
+class HangingTray : public QDBusVirtualObject
+{
+public:
+    explicit HangingTray(const QProcessEnvironment &environment)
+        : connection(QDBusConnection::connectToBus(
+              environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")), name()))
+    {
+        connection.registerVirtualObject(QStringLiteral("/StatusNotifierWatcher"), this);
+        connection.registerService(name());
+    }
+    ~HangingTray() override { QDBusConnection::disconnectFromBus(name()); }
+
+    int questions() const { return asked; }
+
+    QString introspect(const QString & /*path*/) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*bus*/) override
+    {
+        ++asked;
+        message.setDelayedReply(true);
+        return true;
+    }
+
+private:
+    static QString name() { return QStringLiteral("org.kde.StatusNotifierWatcher"); }
+
+    QDBusConnection connection;
+    int asked = 0;
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(Start)
@@ -35,6 +68,7 @@ private Q_SLOTS:
     void sessionStartGetsAnIcon();
     void sessionStartWithoutTray();
     void sessionStartNearTray();
+    void sessionStartWithTrayThatHangs();
     void ordinaryStartDoesNotWait();
     void logOutWhileItWaits();
     void embeddingTrayRestarted();
@@ -119,7 +153,7 @@ void tst_DesktopSession::sessionStartGetsAnIcon()
     if (onBus) {
         host = std::make_unique<TrayHost>(session.environment());
     } else {
-        session.startTrayer();
+        QVERIFY(session.startTrayer());
     }
     QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
     session.window = session.visibleWindows(clientTitle()).first();
@@ -145,11 +179,20 @@ void tst_DesktopSession::sessionStartWithoutTray()
 void tst_DesktopSession::sessionStartNearTray()
 {
     ClientSession session;
-    session.startTrayer();
+    QVERIFY(session.startTrayer());
     session.setPace(0.001);
     session.client =
         session.start(clientProgram(), {QStringLiteral("-session"), QStringLiteral("any")});
     QVERIFY(waitFor([&] { return session.visibleWindows(clientTitle()).size() == 1; }));
+}
+
+void tst_DesktopSession::sessionStartWithTrayThatHangs()
+{
+    ClientSession session;
+    session.startSessionBus();
+    const HangingTray tray{session.environment()};
+    QVERIFY(startWaiting(session));
+    QVERIFY(waitFor([&tray] { return tray.questions() > 2; }));
 }
 
 void tst_DesktopSession::ordinaryStartDoesNotWait()
@@ -181,7 +224,7 @@ void tst_DesktopSession::embeddingTrayRestarted()
     QVERIFY(hides(session));
 
     session.stop(trayer);
-    session.startTrayer();
+    QVERIFY(session.startTrayer());
     QVERIFY(comesBackByIcon(session));
     QVERIFY(hides(session));
 }
@@ -236,7 +279,7 @@ void tst_DesktopSession::logOut()
     ClientSession session;
     session.setVariable(QStringLiteral("SESSION_MANAGER"), manager.address());
     if (tray) {
-        session.startTrayer();
+        QVERIFY(session.startTrayer());
     }
     QVERIFY(session.startClient());
     QVERIFY(waitFor([&] { return manager.members() == 1; }));

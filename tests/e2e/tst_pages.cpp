@@ -283,8 +283,8 @@ void tst_Pages::supportLink_data()
     QTest::newRow("keyboard") << true;
 }
 
-// A stand-in for xdg-open only records the URL, and the QT_* variables that a Qt browser would
-// inherit.
+// A stand-in for xdg-open only records the URL, and the variables for Qt and for the session's own
+// programs that a browser would inherit.
 void tst_Pages::supportLink()
 {
     QFETCH(bool, byKeyboard);
@@ -295,7 +295,7 @@ void tst_Pages::supportLink()
     QFile::remove(record);
     QFile script{folder + QStringLiteral("/xdg-open")};
     QVERIFY(script.open(QIODevice::WriteOnly));
-    script.write("#!/bin/sh\nenv | grep ^QT_ >" + inherited.toLatin1() +
+    script.write("#!/bin/sh\nenv | grep -E '^(QT_|DESKTOP_)' >" + inherited.toLatin1() +
                  "\nprintf '%s\\n' \"$@\" >>" + record.toLatin1() + '\n');
     script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     script.close();
@@ -307,6 +307,7 @@ void tst_Pages::supportLink()
                             session.environment().value(QStringLiteral("PATH")));
     session.setVariable(QStringLiteral("QT_QTESTLIB_RUNNING"), {});
     session.setVariable(QStringLiteral("QT_CHOSEN_BY_THE_USER"), QStringLiteral("1"));
+    session.setVariable(QStringLiteral("DESKTOP_AUTOSTART_ID"), QStringLiteral("any"));
     QVERIFY(session.startClient());
     QVERIFY(session.openPage(ClientSession::supportRow));
     if (byKeyboard) {

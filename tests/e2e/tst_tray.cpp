@@ -49,15 +49,8 @@ public:
         const auto isEmpty = [this] {
             return support::orange(screenshot().copy(trayArea)).isNull();
         };
-        up = trayIsUp && waitFor(isEmpty);
-        client = start(clientProgram());
-        up = up && waitFor([this] {
-                 return visibleWindows(clientTitle()).size() == 1 && service.connected() == 1;
-             }) &&
-             !trayIcon().isNull();
-        if (up) {
-            window = visibleWindows(clientTitle()).first();
-        }
+        up = trayIsUp && waitFor(isEmpty) && startClient() &&
+             waitFor([this] { return service.connected() == 1; }) && !trayIcon().isNull();
     }
 
     bool isActive() const { return activeWindow() == window; }

@@ -1,4 +1,5 @@
 #include "tests/support/Client.h"
+#include "tests/support/Contents.h"
 #include "tests/support/ScriptedService.h"
 #include "tests/support/Sway.h"
 #include "tests/support/TrayHost.h"
@@ -30,6 +31,8 @@ private Q_SLOTS:
     void secondStartKeepsADialogOpen();
 
 private:
+    /// Starts the program.
+    static QProcess *launchClient(Sway &sway, const QStringList &arguments = {});
     /// Starts the program and waits for its window.
     static QProcess *startClient(Sway &sway);
 };
@@ -49,11 +52,16 @@ void tst_Wayland::init()
     }
 }
 
-QProcess *tst_Wayland::startClient(Sway &sway)
+QProcess *tst_Wayland::launchClient(Sway &sway, const QStringList &arguments)
 {
     QFETCH_GLOBAL(QString, platform);
     sway.programs.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
-    QProcess *const process = sway.programs.start(clientProgram());
+    return sway.programs.start(clientProgram(), arguments);
+}
+
+QProcess *tst_Wayland::startClient(Sway &sway)
+{
+    QProcess *const process = launchClient(sway);
     waitFor([&sway] { return sway.windows(clientTitle()).size() == 1; });
     return process;
 }
@@ -96,11 +104,18 @@ void tst_Wayland::closeWithoutTray()
     QCOMPARE(process->exitCode(), 0);
 }
 
+// The session starts the client before the tray.
 void tst_Wayland::hiddenWindowComesBack()
 {
     Sway sway;
+    const QProcess *const process =
+        launchClient(sway, {QStringLiteral("-session"), QStringLiteral("any")});
+    QVERIFY(waitFor(
+        [] { return support::contents(QStringLiteral("/proc/net/unix")).contains("/show\n"); }));
+    // Nor does a second start hurry it.
+    QCOMPARE(sway.programs.run(clientProgram()).exitCode, 0);
+    QVERIFY(sway.windows(clientTitle()).isEmpty());
     const TrayHost host{sway.programs.environment};
-    const QProcess *const process = startClient(sway);
     QVERIFY(waitFor([&host] { return host.items().size() == 1; }));
     const auto hides = [&] {
         sway.close(sway.windows(clientTitle()).value(0));

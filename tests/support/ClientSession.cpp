@@ -38,7 +38,8 @@ void ClientSession::setPace(double pace)
         // Converting the time stamps of files would take longer than the program's start.
         setVariable(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
         setVariable(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(pace));
-        betweenPicturesMs = static_cast<int>(betweenPicturesMs / pace);
+        // The X server stays as slow as the machine.
+        betweenPicturesMs = static_cast<int>(betweenPicturesMs / std::min(pace, 1.0));
     }
 }
 
@@ -166,7 +167,7 @@ void ClientSession::chooseLanguage(int row)
 
 QImage ClientSession::still(Window which) const
 {
-    waitFor([this, which] {
+    const auto isStill = [this, which] {
         if (last.which == which && !last.since.hasExpired(betweenPicturesMs)) {
             return false;
         }
@@ -182,7 +183,10 @@ QImage ClientSession::still(Window which) const
         last.picture = std::move(picture);
         last.since.start();
         return same;
-    });
+    };
+    if (!waitFor(isStill)) {
+        qWarning("The window changes without end");
+    }
     return last.picture;
 }
 

@@ -28,7 +28,7 @@ public:
     static constexpr QPoint referralRow{80, 98};
     static constexpr QPoint supportRow{80, 154};
     static constexpr QPoint backButton{32, 30};
-    // Of the screen.
+    // On the screen, where every tray is placed.
     static constexpr QRect trayArea{0, 0, 380, 40};
 
     /// With another build of the program than the tests' own, if a path is given.
