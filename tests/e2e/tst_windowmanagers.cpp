@@ -210,7 +210,7 @@ void tst_WindowManagers::noticeOfTheGreetingTakesTheKeyboard_data()
         [](const char *name, WindowManager manager) { QTest::newRow(name) << manager; });
 }
 
-// It comes before the window manager has given the keyboard to the new window.
+// It usually comes before the window manager has given the keyboard to the new window.
 void tst_WindowManagers::noticeOfTheGreetingTakesTheKeyboard()
 {
     QFETCH(WindowManager, manager);
