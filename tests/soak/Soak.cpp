@@ -63,7 +63,7 @@ bool pulses(State state)
 
 } // namespace
 
-Soak::Soak(const QString &program, const QString &clock, quint32 seed, int rate_)
+Soak::Soak(const QString &program, quint32 seed, int rate_)
     : session(program)
     , rate(rate_)
     , random(seed)
@@ -71,7 +71,7 @@ Soak::Soak(const QString &program, const QString &clock, quint32 seed, int rate_
     session.setVariable(QStringLiteral("QT_PLUGIN_PATH"), QStringLiteral(IXOVPN_WITNESS_PLUGINS));
     session.setVariable(QStringLiteral("QT_QPA_GENERIC_PLUGINS"),
                         QStringLiteral("ixovpnwitness:") + witnessPath());
-    session.setVariable(QStringLiteral("LD_PRELOAD"), clock);
+    session.setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(IXOVPN_CLOCK));
     session.setVariable(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), clockFile());
     session.setVariable(QStringLiteral("FAKETIME_NO_CACHE"), QStringLiteral("1"));
     // Setting the clock must not move the monotonic clock of the timers.

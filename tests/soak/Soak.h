@@ -46,10 +46,9 @@ public:
     /// each of the idle periods that are measured.
     static constexpr int fastestRate = 50;
 
-    /// With the paths of the program and of the library that sets its clock (Debian: libfaketime).
-    /// The clock runs `rate` times as fast as ours, 1 to `fastestRate`, so that the program
-    /// reconnects sooner; only at rate 1 does the clock also jump.
-    Soak(const QString &program, const QString &clock, quint32 seed, int rate);
+    /// With the path of the program. Its clock runs `rate` times as fast as ours, 1 to
+    /// `fastestRate`, so that it reconnects sooner; only at rate 1 does the clock also jump.
+    Soak(const QString &program, quint32 seed, int rate);
 
     /// Goes on for so many seconds, one or more, after it has warmed up.
     void runFor(int seconds);

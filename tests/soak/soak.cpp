@@ -1,4 +1,4 @@
-// Injects faults into the real program. scripts/soak says how to run it.
+// Injects faults into the real program. scripts/soak runs it.
 
 #include "tests/soak/Soak.h"
 
@@ -37,19 +37,37 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("ixovpn-soak"));
 
     QCommandLineParser parser;
-    const QCommandLineOption client{QStringLiteral("client"), {}, QStringLiteral("program")};
-    const QCommandLineOption clock{QStringLiteral("clock"), {}, QStringLiteral("library")};
-    const QCommandLineOption seed{QStringLiteral("seed"),
-                                  {},
-                                  QStringLiteral("number"),
-                                  QString::number(QRandomGenerator::system()->generate())};
-    const QCommandLineOption rate{
-        QStringLiteral("rate"), {}, QStringLiteral("times"), QStringLiteral("1")};
+    parser.setApplicationDescription(QStringLiteral(
+        "Injects faults into the real program: lost connections, bursts of states, languages,\n"
+        "notices, pages, suspensions, clock jumps, silence, floods, in an order that a seed\n"
+        "decides. At every step the program must show and send what a plain model says, and at\n"
+        "the end hold no more than at the start."));
+    parser.addHelpOption();
     const QCommandLineOption seconds{
-        QStringLiteral("seconds"), {}, QStringLiteral("number"), QStringLiteral("60")};
-    const QCommandLineOption full{QStringLiteral("full")};
-    parser.addOptions({client, clock, seed, rate, seconds, full});
+        QStringLiteral("seconds"),
+        QStringLiteral("Inject faults for so long (60); the rest takes another minute."),
+        QStringLiteral("number"), QStringLiteral("60")};
+    const QCommandLineOption full{
+        QStringLiteral("full"),
+        QStringLiteral("Go on until 10,000 lost connections, 100,000 state changes, 1,000 "
+                       "languages and 1,000 notices have been reached: hours.")};
+    const QCommandLineOption seed{
+        QStringLiteral("seed"), QStringLiteral("Seed of the order; random by default."),
+        QStringLiteral("number"), QString::number(QRandomGenerator::system()->generate())};
+    const QCommandLineOption rate{
+        QStringLiteral("rate"),
+        QStringLiteral("Let the program's clock run so many times as fast, up to 50, so that it "
+                       "waits less before it comes back; then without clock jumps."),
+        QStringLiteral("times"), QStringLiteral("1")};
+    const QCommandLineOption client{
+        QStringLiteral("client"),
+        QStringLiteral("Test this build of the program; the release by default."),
+        QStringLiteral("path"), QStringLiteral("build/release/bin/ixovpn-client")};
+    parser.addOptions({seconds, full, seed, rate, client});
     parser.process(application);
+    if (!parser.positionalArguments().isEmpty()) {
+        parser.showHelp(wrongUse);
+    }
 
     const auto number =
         static_cast<quint32>(numberOf(parser, seed, 0, std::numeric_limits<quint32>::max()));
@@ -58,7 +76,7 @@ int main(int argc, char *argv[])
         static_cast<int>(numberOf(parser, seconds, 1, std::numeric_limits<int>::max()));
     qInfo("seed %u", number);
     try {
-        soak::Soak soak{parser.value(client), parser.value(clock), number, times};
+        soak::Soak soak{parser.value(client), number, times};
         const auto report = [&soak] {
             const soak::Counts &done = soak.done();
             qInfo("lost connections %d, state changes %d, languages %d, notices %d, pages %d, "
