@@ -38,8 +38,8 @@ void ClientSession::setPace(double pace)
         // Converting the time stamps of files would take longer than the program's start.
         setVariable(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
         setVariable(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(pace));
-        // The X server stays as slow as the machine.
-        betweenPicturesMs = static_cast<int>(betweenPicturesMs / std::min(pace, 1.0));
+        // Ten times as many frames as usual: the X server is no faster.
+        betweenPicturesMs = static_cast<int>(10 * betweenPicturesMs / pace);
     }
 }
 
