@@ -83,7 +83,7 @@ private Q_SLOTS:
     void menuButtonHasNoIndicator();
     void popupMenuStyle();
     void connectsBeforeItIsShown();
-    void comesBackFromAScreenThatIsGone();
+    void comesBackWhereItCanBeMoved();
 };
 
 void tst_MainWindow::init()
@@ -185,7 +185,7 @@ void tst_MainWindow::connectsBeforeItIsShown()
     QVERIFY(!window.isVisible());
 }
 
-void tst_MainWindow::comesBackFromAScreenThatIsGone()
+void tst_MainWindow::comesBackWhereItCanBeMoved()
 {
     const WindowBench bench{WindowBench::Service::IsAway};
     const QRect desktop = bench.window->screen()->virtualGeometry();

@@ -5,7 +5,6 @@
 class QPainter;
 class QRect;
 
-/// The look that the main window, the pages and the dialogs share.
 namespace ui {
 
 /// Fills `rect` with the dark vertical gradient that lies behind the main screen and the pages.

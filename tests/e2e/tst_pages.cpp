@@ -283,8 +283,8 @@ void tst_Pages::supportLink_data()
     QTest::newRow("keyboard") << true;
 }
 
-// A stand-in for xdg-open only records the URL, and the variables for Qt and for the session's own
-// programs that a browser would inherit.
+// A stand-in for xdg-open only records the URL, and the variables for Qt and the session's
+// autostart ID that a browser would inherit.
 void tst_Pages::supportLink()
 {
     QFETCH(bool, byKeyboard);
@@ -295,8 +295,8 @@ void tst_Pages::supportLink()
     QFile::remove(record);
     QFile script{folder + QStringLiteral("/xdg-open")};
     QVERIFY(script.open(QIODevice::WriteOnly));
-    script.write("#!/bin/sh\nenv | grep -E '^(QT_|DESKTOP_)' >" + inherited.toLatin1() +
-                 "\nprintf '%s\\n' \"$@\" >>" + record.toLatin1() + '\n');
+    script.write("#!/bin/sh\nenv | grep -E '^(QT_|DESKTOP_AUTOSTART_ID=)' >" +
+                 inherited.toLatin1() + "\nprintf '%s\\n' \"$@\" >>" + record.toLatin1() + '\n');
     script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     script.close();
 

@@ -108,6 +108,8 @@ void tst_Wayland::closeWithoutTray()
 void tst_Wayland::hiddenWindowComesBack()
 {
     Sway sway;
+    // Its patience lasts longer than any of this.
+    sway.programs.setPace(0.1);
     const QProcess *const process =
         launchClient(sway, {QStringLiteral("-session"), QStringLiteral("any")});
     QVERIFY(waitFor(

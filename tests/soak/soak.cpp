@@ -45,7 +45,7 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     const QCommandLineOption seconds{
         QStringLiteral("seconds"),
-        QStringLiteral("Inject faults for so long (60); the rest takes another minute."),
+        QStringLiteral("Inject faults for so many seconds (60); the rest takes another minute."),
         QStringLiteral("number"), QStringLiteral("60")};
     const QCommandLineOption full{
         QStringLiteral("full"),

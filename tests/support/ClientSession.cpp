@@ -32,15 +32,9 @@ QByteArray askStatus()
 
 void ClientSession::setPace(double pace)
 {
-    const QString clock = QStringLiteral(IXOVPN_CLOCK);
-    if (!clock.isEmpty()) {
-        setVariable(QStringLiteral("LD_PRELOAD"), clock);
-        // Converting the time stamps of files would take longer than the program's start.
-        setVariable(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
-        setVariable(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(pace));
-        // Ten times as many frames as usual: the X server is no faster.
-        betweenPicturesMs = static_cast<int>(10 * betweenPicturesMs / pace);
-    }
+    Desktop::setPace(pace);
+    // The X server keeps its pace, but at a high one the program wakes up often.
+    betweenPicturesMs = pace < 1 ? static_cast<int>(25 / pace) : static_cast<int>(250 / pace);
 }
 
 bool ClientSession::startClient()

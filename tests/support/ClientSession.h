@@ -39,8 +39,7 @@ public:
     {}
 
     /// Makes the clock of programs that are started from now on ten times as fast, which shortens
-    /// animations and pauses. Does nothing with the sanitisers, which refuse to run with
-    /// libfaketime.
+    /// animations and pauses.
     void hurry() { setPace(10); }
     /// As above, this many times as fast.
     void setPace(double pace);

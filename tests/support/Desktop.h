@@ -45,6 +45,7 @@ public:
 
     /// Programs that are started from now on have a session bus of their own.
     void startSessionBus() { programs.startSessionBus(); }
+    void setPace(double pace) { programs.setPace(pace); }
 
     /// The environment of programs, with DISPLAY and without QT_QPA_PLATFORM.
     const QProcessEnvironment &environment() const { return programs.environment; }

@@ -151,6 +151,17 @@ Programs::Outcome Programs::run(const QString &program, const QStringList &argum
             process.readAllStandardError()};
 }
 
+void Programs::setPace(double pace)
+{
+    const QString clock = QStringLiteral(IXOVPN_CLOCK);
+    if (!clock.isEmpty()) {
+        environment.insert(QStringLiteral("LD_PRELOAD"), clock);
+        // Converting the time stamps of files would take longer than the program's start.
+        environment.insert(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
+        environment.insert(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(pace));
+    }
+}
+
 void Programs::startSessionBus()
 {
     QProcess *const bus = start(QStringLiteral("dbus-daemon"),
