@@ -168,6 +168,8 @@ void tst_MainWindow::popupMenuStyle()
     const QRect item = menu.actionGeometry(menu.actions().constFirst());
     QCOMPARE(item.topLeft(), (QPoint{1, 1 + 6}));
     QCOMPARE(item.height(), menu.fontMetrics().height() + 2 * 8);
+    const int text = menu.fontMetrics().horizontalAdvance(QStringLiteral("first entry"));
+    QCOMPARE((item.width() - text) / 2, 24);
     const QPoint edge{item.left() + 3, item.center().y()};
     const QColor base{0x23, 0x25, 0x48};
     QCOMPARE(painted(menu).pixelColor(edge), base);

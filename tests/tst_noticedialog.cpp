@@ -628,6 +628,10 @@ void tst_NoticeDialog::scrolledColours()
         QVERIFY(countOf(picture, background) > 100);
         QCOMPARE(count(picture, [](QRgb pixel) { return qGreen(pixel) > 80; }), 0);
     }
+    auto *const bar = area->verticalScrollBar();
+    hover(bar, {bar->width() - 2, 2});
+    // 90 of 255 parts.
+    QVERIFY(countOf(seen(bar), QColor{107, 109, 129}) > 100);
 }
 
 void tst_NoticeDialog::middlingNoticeIsWhole()
