@@ -124,18 +124,19 @@ void tst_Wayland::hiddenWindowComesBack()
         return waitFor([&] { return sway.windows(clientTitle()).isEmpty(); }) &&
                process->state() == QProcess::Running;
     };
-    const auto isBack = [&] {
+    const auto isShown = [&] {
         return waitFor([&] {
             const Sway::Window window = sway.windows(clientTitle()).value(0);
             return window.focused && window.size == QSize(360, 560);
         });
     };
+    QVERIFY(isShown());
     QVERIFY(hides());
     host.click(host.items().first());
-    QVERIFY(isBack());
+    QVERIFY(isShown());
     QVERIFY(hides());
     QCOMPARE(sway.programs.run(clientProgram()).exitCode, 0);
-    QVERIFY(isBack());
+    QVERIFY(isShown());
 }
 
 void tst_Wayland::secondStartBringsTheWindowToTheFront()
